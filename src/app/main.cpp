@@ -1,0 +1,85 @@
+// The command line: one program, several jobs.
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "app/ini_command.h"
+#include "shell/headless/script_runner.h"
+#include "shell/paths.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Usage:\n"
+    "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
+    "      Runs a test script against the program, headless, on a virtual clock.\n"
+    "  fablewright ini get FILE SECTION KEY [--scrambled] [--home DIR]\n"
+    "  fablewright ini set FILE SECTION KEY VALUE [--scrambled] [--home DIR]\n"
+    "      Reads or writes one key of a quest, saved game or character file.\n"
+    "  fablewright --help | --version\n";
+
+// The running executable, as the kernel knows it.
+std::filesystem::path SelfPath() {
+  std::error_code ec;
+  auto p = std::filesystem::read_symlink("/proc/self/exe", ec);
+  return ec ? std::filesystem::path("fablewright") : p;
+}
+
+int Script(const std::vector<std::string>& args) {
+  std::string file;
+  fw::ScriptOptions options;
+  std::filesystem::path self = SelfPath();
+  options.appDir = self.parent_path().string();
+  options.exeName = self.stem().string();
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string& a = args[i];
+    if ((a == "--app-dir" || a == "--home") && i + 1 < args.size()) {
+      std::string dir = std::filesystem::absolute(args[++i]).lexically_normal().string();
+      if (dir.size() > 1 && dir.back() == '/') dir.pop_back();
+      (a == "--app-dir" ? options.appDir : options.home) = dir;
+    } else if (a == "--transcript") {
+      options.transcript = true;
+    } else if (file.empty() && !a.starts_with("--")) {
+      file = a;
+    } else {
+      std::cerr << "fablewright: unknown argument for script: " << a << "\n";
+      return 2;
+    }
+  }
+  if (file.empty()) {
+    std::cerr << "fablewright: script needs a FILE\n";
+    return 2;
+  }
+  if (options.home.empty()) {
+    options.home = fw::DefaultUserDir();
+  } else {
+    std::error_code ec;
+    std::filesystem::create_directories(options.home, ec);
+  }
+  return fw::RunScript(file, options, std::cout, std::cerr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<std::string> args(argv + 1, argv + argc);
+  if (args.empty()) {
+    std::cerr << "fablewright: no command given; try fablewright --help\n";
+    return 2;
+  }
+  const std::string& command = args[0];
+  std::vector<std::string> rest(args.begin() + 1, args.end());
+  if (command == "--help" || command == "-h") {
+    std::cout << kUsage;
+    return 0;
+  }
+  if (command == "--version") {
+    std::cout << "fablewright " << FABLEWRIGHT_VERSION << "\n";
+    return 0;
+  }
+  if (command == "script") return Script(rest);
+  if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
+  std::cerr << "fablewright: unknown argument: " << command << "\n";
+  return 2;
+}

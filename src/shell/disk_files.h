@@ -1,0 +1,17 @@
+#pragma once
+#include "shell/services.h"
+
+namespace fw {
+
+// The file operations on this machine's disk.
+class DiskFiles : public FileSystem {
+ public:
+  void Copy(const std::string& from, const std::string& to) override;
+  void MakeDir(const std::string& path) override;
+  void Remove(const std::string& path) override;
+  bool Exists(const std::string& path) override;
+  bool IsDirectory(const std::string& path) override;
+  std::string Head(const std::string& path, std::size_t bytes) override;
+};
+
+}  // namespace fw

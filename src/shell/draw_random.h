@@ -1,0 +1,25 @@
+#pragma once
+#include <cstdint>
+#include <deque>
+#include <random>
+
+#include "shell/services.h"
+
+namespace fw {
+
+// Rnd and Randomize over a Mersenne twister. Values queued by a script come
+// out first, in order; Randomize reseeds the generator and keeps the queue.
+class DrawRandom : public Random {
+ public:
+  explicit DrawRandom(std::uint32_t seed = 5489u) : generator_(seed) {}
+  float Rnd() override;
+  void Randomize(double seed) override;
+  void Queue(float value) { queued_.push_back(value); }
+
+ private:
+  std::deque<float> queued_;
+  std::mt19937 generator_;
+  std::uint32_t reseeds_ = 0;
+};
+
+}  // namespace fw

@@ -1,0 +1,14 @@
+#include "shell/forms.h"
+
+#include <vector>
+
+#include "play/frmgame.h"
+
+namespace fw {
+
+std::span<const FormDef> AllForms() {
+  static const std::vector<FormDef> forms = {FrmGameForm()};
+  return forms;
+}
+
+}  // namespace fw

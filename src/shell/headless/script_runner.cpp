@@ -1,0 +1,373 @@
+#include "shell/headless/script_runner.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <ostream>
+#include <map>
+#include <memory>
+#include <sstream>
+
+#include "shell/codepage.h"
+#include "shell/convert.h"
+#include "shell/forms.h"
+#include "shell/headless/headless_services.h"
+#include "shell/headless/script_parse.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+using Words = std::vector<std::string>;
+
+// Shows a value on one line, with control characters spelled as escapes.
+std::string Quoted(std::string_view cp1252) {
+  std::string out = "\"";
+  for (char c : Utf8FromCp1252(cp1252)) {
+    if (c == '\r') out += "\\r";
+    else if (c == '\n') out += "\\n";
+    else if (c == '\t') out += "\\t";
+    else if (c == '"' || c == '\\') out += std::string("\\") + c;
+    else out += c;
+  }
+  return out + "\"";
+}
+
+// Applies a comparison operator of the script language.
+std::optional<bool> Compare(std::string_view actual, std::string_view op, std::string_view expected) {
+  if (op == "==") return actual == expected;
+  if (op == "!=") return actual != expected;
+  if (op == "contains") return actual.find(expected) != std::string_view::npos;
+  if (op == "startswith") return actual.starts_with(expected);
+  if (op == "endswith") return actual.ends_with(expected);
+  return std::nullopt;
+}
+
+class ScriptRunner : public SurfaceObserver {
+ public:
+  ScriptRunner(const std::string& path, const ScriptOptions& options, std::ostream& out,
+               std::ostream& err)
+      : options_(options), out_(out), err_(err) {
+    scriptDir_ = std::filesystem::absolute(path).parent_path().string();
+    AppInfo app{Cp1252FromUtf8(options.appDir), Cp1252FromUtf8(options.exeName), options.home,
+                std::filesystem::current_path().string()};
+    program_ = std::make_unique<Program>(platform_.services(), app, AllForms());
+    program_->surface().SetObserver(this);
+    if (options.transcript)
+      platform_.dialogs.onBox = [this](const ShownBox& b) {
+        out_ << "[" << Utf8FromCp1252(b.title) << "] " << Utf8FromCp1252(b.prompt) << "\n";
+      };
+  }
+
+  int Run(std::istream& in);
+  void ControlChanged(ControlId id, Prop prop) override;
+
+ private:
+  void Execute(const Words& w);
+  void Start();
+  ControlId ControlOf(const std::string& target);
+  ControlId ReachableControl(const std::string& target, std::initializer_list<Kind> kinds);
+  std::string Value(const std::string& target);
+  std::string ScriptPath(const std::string& path) const;
+  void Expect(const Words& w);
+  void Check(bool ok, const std::string& what, const std::string& actual);
+  void Wait(double seconds);
+  void User(const std::function<void()>& event) { program_->RunEvent(event); }
+  [[noreturn]] static void Error(const std::string& message) { throw ScriptError(message); }
+
+  ScriptOptions options_;
+  std::ostream& out_;
+  std::ostream& err_;
+  std::string scriptDir_;
+  HeadlessPlatform platform_;
+  std::unique_ptr<Program> program_;
+  bool started_ = false;
+  int line_ = 0, passed_ = 0, failed_ = 0;
+  std::size_t echoed_ = 0;  // how much of the transcript has been echoed
+};
+
+int ScriptRunner::Run(std::istream& in) {
+  std::string raw;
+  try {
+    while (std::getline(in, raw)) {
+      ++line_;
+      if (!raw.empty() && raw.back() == '\r') raw.pop_back();
+      std::string line = SubstituteEnvironment(raw);
+      std::size_t first = line.find_first_not_of(" \t");
+      if (first == std::string::npos || line[first] == '#') continue;
+      Execute(SplitWords(line));
+    }
+  } catch (const ScriptError& e) {
+    out_.flush();
+    err_ << "script error line " << line_ << ": " << e.what() << "\n";
+    return 2;
+  }
+  out_ << passed_ << " passed, " << failed_ << " failed\n";
+  return failed_ == 0 ? 0 : 1;
+}
+
+void ScriptRunner::ControlChanged(ControlId id, Prop prop) {
+  if (!options_.transcript || prop != Prop::Text) return;
+  FormSurface& s = program_->surface();
+  if (s.Table(id.form).name != std::string_view("FrmGame") || s.Decl(id).name != std::string_view("Text1"))
+    return;
+  const std::string& text = s.At(id).caption;
+  if (echoed_ > text.size()) echoed_ = 0;
+  std::string fresh = Utf8FromCp1252(std::string_view(text).substr(echoed_));
+  echoed_ = text.size();
+  std::string lf;
+  for (char c : fresh)
+    if (c != '\r') lf += c;
+  out_ << lf << std::flush;
+}
+
+void ScriptRunner::Start() {
+  if (started_) return;
+  started_ = true;
+  program_->Start();
+}
+
+void ScriptRunner::Execute(const Words& w) {
+  const std::string& cmd = w[0];
+  auto need = [&](std::size_t n) {
+    if (w.size() != n) Error("'" + cmd + "' takes " + std::to_string(n - 1) + " argument(s)");
+  };
+  if (cmd == "answer") {
+    if (w.size() == 3 && w[1] == "msgbox") {
+      auto v = ParseNumber(w[2]);
+      if (!v) Error("answer msgbox needs a number");
+      platform_.dialogs.QueueAnswer(static_cast<int>(*v));
+    } else if (w.size() == 4 && w[1] == "dialog") {
+      ControlOf(w[2]);  // the dialog must exist
+      std::optional<std::string> path;
+      if (w[3] != "cancel") path = Cp1252FromUtf8(ScriptPath(w[3]));
+      platform_.dialogs.QueueFile(w[2], path);
+    } else {
+      Error("answer msgbox N | answer dialog FORM.DIALOG PATH|cancel");
+    }
+    return;
+  }
+  if (cmd == "rnd") {
+    if (w.size() < 2) Error("rnd needs at least one value");
+    for (std::size_t i = 1; i < w.size(); ++i) {
+      auto v = ParseNumber(w[i]);
+      if (!v || *v < 0 || *v >= 1) Error("rnd values lie in [0, 1): " + w[i]);
+      platform_.random.Queue(static_cast<float>(*v));
+    }
+    return;
+  }
+  if (cmd == "start") {
+    need(1);
+    if (started_) Error("the program has already started");
+    Start();
+    return;
+  }
+  Start();
+  if (cmd == "expect") return Expect(w);
+  if (cmd == "print") {
+    need(2);
+    out_ << Utf8FromCp1252(Value(w[1])) << "\n";
+    return;
+  }
+  if (cmd == "wait") {
+    need(2);
+    auto v = ParseNumber(w[1]);
+    if (!v || *v < 0) Error("wait needs a number of seconds");
+    return Wait(*v);
+  }
+  if (program_->Ended()) Error("the program has ended");
+  FormSurface& s = program_->surface();
+  if (cmd == "click") {
+    need(2);
+    ControlId id = ReachableControl(w[1], {Kind::Label, Kind::CommandButton, Kind::CheckBox, Kind::ListBox,
+                                           Kind::PictureBox, Kind::Image, Kind::Menu});
+    User([&] { s.Raise(id, Event::Click); });
+  } else if (cmd == "select") {
+    need(2);
+    ControlId id = ReachableControl(w[1], {Kind::OptionButton});
+    User([&] { s.SetOptionValue(id, true); });
+  } else if (cmd == "type") {
+    need(3);
+    ControlId id = ReachableControl(w[1], {Kind::TextBox});
+    if (s.Decl(id).look.readOnly) Error(w[1] + " is read-only");
+    std::string text = Cp1252FromUtf8(w[2]);
+    User([&] {
+      // The user replaces the text: one Change, even for the same text.
+      if (s.At(id).caption == text) s.Raise(id, Event::Change);
+      else s.SetText(id, text);
+    });
+  } else if (cmd == "check") {
+    need(3);
+    ControlId id = ReachableControl(w[1], {Kind::CheckBox});
+    if (w[2] != "0" && w[2] != "1") Error("check takes 0 or 1");
+    int value = w[2][0] - '0';
+    User([&] {
+      if (s.At(id).checkValue == value) s.Raise(id, Event::Click);
+      else s.SetCheckValue(id, value);
+    });
+  } else if (cmd == "choose") {
+    need(3);
+    ControlId id = ReachableControl(w[1], {Kind::ListBox});
+    auto i = ParseNumber(w[2]);
+    if (!i || *i < 0 || *i >= static_cast<double>(s.At(id).list.size()))
+      Error(w[1] + " has no entry " + w[2]);
+    User([&] { s.SetSelected(id, static_cast<int>(*i), true); });
+  } else if (cmd == "hover") {
+    need(2);
+    ControlId id = ReachableControl(w[1], {Kind::Label, Kind::TextBox, Kind::CommandButton, Kind::CheckBox,
+                                           Kind::ListBox, Kind::PictureBox, Kind::Image});
+    User([&] { s.Raise(id, Event::MouseMove); });
+  } else if (cmd == "close") {
+    need(2);
+    int form = s.FindForm(w[1]);
+    if (form < 0) Error("unknown form " + w[1]);
+    if (!s.IsLoaded(form) || !s.Form(form).visible) Error(w[1] + " is not open");
+    User([&] { s.Unload(form, true); });
+  } else {
+    Error("unknown command '" + cmd + "'");
+  }
+}
+
+ControlId ScriptRunner::ControlOf(const std::string& target) {
+  std::size_t dot = target.find('.');
+  if (dot == std::string::npos) Error("expected FORM.CONTROL, got " + target);
+  FormSurface& s = program_->surface();
+  int form = s.FindForm(target.substr(0, dot));
+  if (form < 0) Error("unknown form " + target.substr(0, dot));
+  ControlId id = s.FindControl(form, target.substr(dot + 1));
+  if (id.index < 0) Error("unknown control " + target);
+  return id;
+}
+
+// A control the user can reach: of a kind that takes the action, shown, and
+// enabled together with every container and menu above it.
+ControlId ScriptRunner::ReachableControl(const std::string& target, std::initializer_list<Kind> kinds) {
+  ControlId id = ControlOf(target);
+  FormSurface& s = program_->surface();
+  Kind kind = s.Decl(id).kind;
+  if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end())
+    Error(target + " is a " + KindName(kind) + ", which does not take that action");
+  if (!s.Shown(id)) Error(target + " is not on screen");
+  FormState& f = s.Form(id.form);
+  for (int i = id.index; i >= 0; i = f.controls[i].parent)
+    if (!f.controls[i].enabled) Error(target + " is disabled");
+  return id;
+}
+
+std::string ScriptRunner::Value(const std::string& target) {
+  auto t = ParseTarget(target);
+  if (!t) Error("not a property: " + target);
+  FormSurface& s = program_->surface();
+  int form = s.FindForm(t->form);
+  if (form < 0) Error("unknown form " + t->form);
+  auto prop = PropFromName(t->property);
+  if (!prop) Error("unknown property " + t->property);
+  try {
+    if (t->control.empty()) return FormatValue(s.GetForm(form, *prop));
+    ControlId id = s.FindControl(form, t->control);
+    if (id.index < 0) Error("unknown control " + t->form + "." + t->control);
+    return FormatValue(s.Get(id, *prop, t->index));
+  } catch (const std::invalid_argument& e) {
+    Error(e.what());
+  }
+}
+
+std::string ScriptRunner::ScriptPath(const std::string& path) const {
+  std::filesystem::path p(path);
+  return p.is_absolute() ? path : (std::filesystem::path(scriptDir_) / p).lexically_normal().string();
+}
+
+void ScriptRunner::Check(bool ok, const std::string& what, const std::string& actual) {
+  if (ok) {
+    ++passed_;
+    return;
+  }
+  ++failed_;
+  out_ << "FAIL line " << line_ << ": " << what << "; actual " << actual << "\n";
+}
+
+void ScriptRunner::Expect(const Words& w) {
+  auto usage = [] { Error("expect TARGET OP \"value\" | ini PATH SECTION KEY OP \"value\" | msgbox ... | nomsgbox | file PATH exists|absent | ended"); };
+  if (w.size() < 2) usage();
+  const std::string& what = w[1];
+  if (what == "ended" && w.size() == 2) {
+    return Check(program_->Ended(), "expect ended", "still running");
+  }
+  if (what == "nomsgbox" && w.size() == 2) {
+    auto& boxes = platform_.dialogs.unchecked();
+    std::string actual = boxes.empty() ? "" : Quoted(boxes.front().prompt);
+    Check(boxes.empty(), "expect nomsgbox", "a box " + actual);
+    boxes.clear();
+    return;
+  }
+  if (what == "msgbox") {
+    if (w.size() < 3) usage();
+    std::string prompt = Cp1252FromUtf8(w[2]);
+    std::optional<int> style;
+    std::optional<std::string> title;
+    for (std::size_t i = 3; i < w.size(); i += 2) {
+      if (i + 1 >= w.size()) usage();
+      if (w[i] == "style") style = static_cast<int>(ParseNumber(w[i + 1]).value_or(-1));
+      else if (w[i] == "title") title = Cp1252FromUtf8(w[i + 1]);
+      else usage();
+    }
+    auto& boxes = platform_.dialogs.unchecked();
+    if (boxes.empty()) return Check(false, "expect msgbox " + Quoted(prompt), "no message box");
+    ShownBox box = boxes.front();
+    boxes.pop_front();
+    bool ok = box.prompt == prompt && (!style || *style == box.style) && (!title || *title == box.title);
+    return Check(ok, "expect msgbox " + Quoted(prompt),
+                 Quoted(box.prompt) + " style " + std::to_string(box.style) + " title " + Quoted(box.title));
+  }
+  if (what == "file") {
+    if (w.size() != 4 || (w[3] != "exists" && w[3] != "absent")) usage();
+    bool exists = std::filesystem::exists(ScriptPath(w[2]));
+    return Check(exists == (w[3] == "exists"), "expect file " + w[2] + " " + w[3],
+                 exists ? "exists" : "absent");
+  }
+  std::string actual, name;
+  std::size_t opAt;
+  if (what == "ini") {
+    if (w.size() != 7) usage();
+    actual = program_->ReadINI(Cp1252FromUtf8(w[2]), Cp1252FromUtf8(w[3]), Cp1252FromUtf8(w[4]));
+    name = "ini " + w[2] + " [" + w[3] + "] " + w[4];
+    opAt = 5;
+  } else {
+    if (w.size() != 4) usage();
+    actual = Value(what);
+    name = what;
+    opAt = 2;
+  }
+  std::string expected = Cp1252FromUtf8(w[opAt + 1]);
+  auto ok = Compare(actual, w[opAt], expected);
+  if (!ok) Error("unknown comparison " + w[opAt]);
+  Check(*ok, name + " " + w[opAt] + " " + Quoted(expected), Quoted(actual));
+}
+
+void ScriptRunner::Wait(double seconds) {
+  VirtualClock& clock = platform_.clock;
+  double target = clock.Now() + seconds;
+  for (;;) {
+    double next = program_->NextDue();
+    if (program_->Ended() || next > target) break;
+    if (next > clock.Now()) clock.Set(next);
+    program_->RunEvent([&] { program_->RunDue(); });
+  }
+  if (target > clock.Now()) clock.Set(target);
+}
+
+}  // namespace
+
+int RunScript(const std::string& scriptPath, const ScriptOptions& options, std::ostream& out,
+              std::ostream& err) {
+  std::ifstream in(scriptPath, std::ios::binary);
+  if (!in) {
+    err << "fablewright: cannot read script " << scriptPath << "\n";
+    return 2;
+  }
+  ScriptRunner runner(scriptPath, options, out, err);
+  return runner.Run(in);
+}
+
+}  // namespace fw

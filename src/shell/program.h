@@ -1,0 +1,123 @@
+#pragma once
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/failure.h"
+#include "shell/form_table.h"
+#include "shell/services.h"
+#include "shell/surface.h"
+#include "store/profile.h"
+
+namespace fw {
+
+// Where the running executable stands, as App.Path and App.EXEName report it.
+struct AppInfo {
+  std::string path;     // the executable's folder, Windows-1252, no trailing separator
+  std::string exeName;  // its file name without folder and extension
+  std::string userDir;  // host path of the per-user folder (the Windows directory)
+  std::string currentDir;  // host path of the current folder at start
+};
+
+// Thrown by End: unwinds every running handler up to the binding.
+struct EndSignal {};
+
+// Runs one statement of a skip-on-error handler: a failure drops the
+// statement whole and the handler goes on with the next one.
+template <class Statement>
+void Skip(Statement&& statement) {
+  try {
+    statement();
+  } catch (const Failure&) {
+  }
+}
+
+// One running program: its forms and controls, its services, and the module
+// state of every subsystem. Nothing lives outside it, so tests can run many
+// programs side by side in one process.
+class Program {
+ public:
+  Program(Services services, AppInfo app, std::span<const FormDef> forms);
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  FormSurface& surface() { return surface_; }
+  const QuestStore& store() const { return store_; }
+  const Services& services() const { return services_; }
+
+  // -- Profile files, with relative paths taken from the current folder.
+  std::string ReadINI(std::string_view path, std::string_view section, std::string_view key) const;
+  void WriteINI(std::string_view path, std::string_view section, std::string_view key,
+                std::string_view value) const;
+
+  // -- App.
+  const std::string& AppPath() const { return app_.path; }
+  const std::string& AppEXEName() const { return app_.exeName; }
+
+  // -- Lifecycle.
+  // A process start: the start-up form loads (and its Form_Load leads on).
+  void Start();
+  bool Ended() const { return ended_; }
+  [[noreturn]] void End();
+  // Runs a user event from a binding: End and a failure that no handler
+  // caught stop here instead of going further.
+  void RunEvent(const std::function<void()>& event);
+  const std::string& lastUnhandledFailure() const { return lastUnhandled_; }
+
+  // -- Blocking dialogs.
+  // A message box; a box without a title shows the application's title.
+  int MsgBox(std::string_view prompt, int style = 0, std::string_view title = "");
+  // The file dialogs: true when the user answered, false when cancelled.
+  bool ShowOpen(ControlId dialog);
+  bool ShowSave(ControlId dialog);
+
+  // -- The event loop.
+  double Timer() { return services_.clock->Now(); }
+  double Now() { return Timer(); }
+  void DoEvents();
+  void Pause(double seconds);
+  void PressAnimation(ControlId control);
+  // Runs the callback on this program's thread once the clock reaches due.
+  void Post(double due, std::function<void(Program&)> callback);
+  double NextDue() const;
+  // Runs every timer tick and posted event that is due now, earliest first.
+  void RunDue();
+
+  // -- Platform operations; the failing ones throw Failure.
+  float Rnd() { return services_.random->Rnd(); }
+  void Randomize() { services_.random->Randomize(Timer()); }
+  Picture LoadPicture(std::string_view path);
+  void Shell(std::string_view command, int windowStyle);
+  void ShellExecute(std::string_view target) { services_.processes->Open(target); }
+  void FileCopy(std::string_view from, std::string_view to);
+  void MkDir(std::string_view path);
+  void Kill(std::string_view path);
+  void ChDir(std::string_view path);
+  std::string GetWindowsDir() const;
+  // The host path a program path names: "/" for "\", relative to the current folder.
+  std::string HostFile(std::string_view path) const;
+  const std::string& CurrentDir() const { return currentDir_; }
+
+ private:
+  struct Posted {
+    double due;
+    long seq;
+    std::function<void(Program&)> callback;
+  };
+  bool ShowFileDialog(ControlId dialog, bool save);
+
+  Services services_;
+  AppInfo app_;
+  QuestStore store_;
+  FormSurface surface_;
+  std::string currentDir_;
+  std::vector<Posted> posted_;
+  long postSeq_ = 0;
+  bool ended_ = false;
+  std::string lastUnhandled_;
+};
+
+}  // namespace fw

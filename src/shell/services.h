@@ -1,0 +1,88 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace fw {
+
+class Program;
+
+// The platform behind the logic, as small interfaces. Each has a real backend
+// (the desktop, the terminal) and a headless one (scripts and tests). Paths
+// and texts passed here are the program's own Windows-1252 text.
+
+// The time of day, for Timer and the event loop.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual double Now() = 0;  // seconds since midnight
+};
+
+// One DoEvents: let pending user and system events run. The program runs the
+// timers that fall due afterwards itself.
+class EventPump {
+ public:
+  virtual ~EventPump() = default;
+  virtual void Pump(Program& program) = 0;
+};
+
+// What a file dialog is asked.
+struct FileDialogRequest {
+  std::string form, dialog;  // e.g. "FrmGame", "questfile"
+  bool save = false;
+  std::string filter, defaultExt, initDir, fileName;
+};
+
+// Message boxes and file dialogs: both block until the user answers.
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  // Gives the button: 1 OK, 6 Yes, 7 No.
+  virtual int MsgBox(std::string_view prompt, int style, std::string_view title) = 0;
+  // The chosen full path, or nullopt when cancelled.
+  virtual std::optional<std::string> FileDialog(const FileDialogRequest& request) = 0;
+};
+
+// Starting other programs.
+class Processes {
+ public:
+  virtual ~Processes() = default;
+  // Starts the command without waiting; false when its program is not found.
+  virtual bool Start(std::string_view command, int windowStyle) = 0;
+  // Opens a document or address with the desktop's associated program.
+  virtual void Open(std::string_view target) = 0;
+};
+
+// File operations of the logic. Each throws Failure when it cannot be done.
+// Paths are host paths (UTF-8, "/").
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+  virtual void Copy(const std::string& from, const std::string& to) = 0;
+  virtual void MakeDir(const std::string& path) = 0;
+  virtual void Remove(const std::string& path) = 0;
+  virtual bool Exists(const std::string& path) = 0;
+  virtual bool IsDirectory(const std::string& path) = 0;
+  // The first bytes of a file, "" when unreadable.
+  virtual std::string Head(const std::string& path, std::size_t bytes) = 0;
+};
+
+// Random draws, uniform in [0, 1).
+class Random {
+ public:
+  virtual ~Random() = default;
+  virtual float Rnd() = 0;
+  virtual void Randomize(double seed) = 0;
+};
+
+// The services of one running program.
+struct Services {
+  Clock* clock;
+  EventPump* pump;
+  Dialogs* dialogs;
+  Processes* processes;
+  FileSystem* files;
+  Random* random;
+};
+
+}  // namespace fw
