@@ -138,7 +138,7 @@ void Program::RunDue() {
       return a.due < b.due || (a.due == b.due && a.seq < b.seq);
     });
     double postedDue = first == posted_.end() ? std::numeric_limits<double>::infinity() : first->due;
-    if (postedDue <= now && postedDue <= surface_.NextTimerDue()) {
+    if (postedDue <= now + 1e-7 && postedDue <= surface_.NextTimerDue()) {
       auto callback = std::move(first->callback);
       posted_.erase(first);
       callback(*this);

@@ -10,6 +10,12 @@ namespace fw {
 
 SurfaceObserver FormSurface::nullObserver_;
 
+namespace {
+// Sums of clock readings and intervals differ from later readings in the last
+// bits; a tick due within this much of now is due now.
+constexpr double kClockSlack = 1e-7;
+}  // namespace
+
 FormSurface::FormSurface(Program& program, std::span<const FormDef> forms)
     : program_(program), observer_(&nullObserver_) {
   forms_.reserve(forms.size());
@@ -360,7 +366,8 @@ bool FormSurface::FireDueTimer(double now) {
     if (!f.loaded) continue;
     for (int t : f.timers) {
       const Control& c = f.controls[t];
-      if (c.enabled && !c.ticking && c.decl->interval > 0 && c.nextDue <= now && c.nextDue < due) {
+      if (c.enabled && !c.ticking && c.decl->interval > 0 && c.nextDue <= now + kClockSlack &&
+          c.nextDue < due) {
         due = c.nextDue;
         bestForm = fi;
         best = t;

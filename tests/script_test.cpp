@@ -1,0 +1,123 @@
+// The script language: words, targets, expectations and exit codes.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "shell/headless/headless_services.h"
+#include "shell/headless/script_parse.h"
+#include "shell/headless/script_runner.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+struct ScriptResult {
+  int code;
+  std::string out, err;
+};
+
+ScriptResult RunText(const std::string& script) {
+  testing::TempDir dir;
+  std::string path = dir.str() + "/t.txt";
+  std::ofstream(path) << script;
+  std::ostringstream out, err;
+  ScriptOptions options{dir.str(), "fablewright", dir.str(), false};
+  int code = RunScript(path, options, out, err);
+  return {code, out.str(), err.str()};
+}
+
+TEST(ScriptWords, QuotesEscapesAndEnvironment) {
+  EXPECT_EQ(SplitWords(R"(expect  X ==  "a b\"c\\d\r\n\t")"),
+            (std::vector<std::string>{"expect", "X", "==", "a b\"c\\d\r\n\t"}));
+  EXPECT_EQ(SplitWords(R"(type A "")"), (std::vector<std::string>{"type", "A", ""}));
+  EXPECT_THROW(SplitWords(R"(type A "open)"), ScriptError);
+  EXPECT_THROW(SplitWords(R"(type A "\q")"), ScriptError);
+  ::setenv("FW_SCRIPT_TEST", "here", 1);
+  EXPECT_EQ(SubstituteEnvironment("a ${FW_SCRIPT_TEST}/b ${FW_UNSET_NAME}."), "a here/b .");
+}
+
+TEST(ScriptWords, Targets) {
+  auto t = ParseTarget("FrmGame.List1.List(3)");
+  ASSERT_TRUE(t);
+  EXPECT_EQ(t->control, "List1");
+  EXPECT_EQ(t->property, "List");
+  EXPECT_EQ(t->index, 3);
+  t = ParseTarget("FrmGame.Caption");
+  ASSERT_TRUE(t);
+  EXPECT_EQ(t->control, "");
+  EXPECT_FALSE(ParseTarget("FrmGame"));
+  EXPECT_FALSE(ParseTarget("FrmGame.a.b.c"));
+  EXPECT_FALSE(ParseTarget("FrmGame.List1.List(x)"));
+}
+
+TEST(ScriptRun, AFailingExpectFailsTheRunAndSaysWhere) {
+  ScriptResult r = RunText(
+      "# a comment\n"
+      "\n"
+      "expect FrmGame.Caption == \"Fablewright 2004 - Beta 5.9\"\n"
+      "expect FrmGame.questfil.Caption == \"something else\"\n"
+      "expect FrmGame.Text1.Text == \"No Quest Loaded.\\r\\n\"\n");
+  EXPECT_EQ(r.code, 1);
+  EXPECT_NE(r.out.find("FAIL line 4: FrmGame.questfil.Caption == \"something else\"; actual \"No Quest Loaded.\""),
+            std::string::npos)
+      << r.out;
+  EXPECT_NE(r.out.find("2 passed, 1 failed"), std::string::npos) << r.out;
+}
+
+TEST(ScriptRun, PassingRunExitsZeroAndPrintsValues) {
+  ScriptResult r = RunText(
+      "select FrmGame.Option2\n"
+      "expect FrmGame.Option2.Value == \"True\"\n"
+      "expect FrmGame.HPPlay.Max == \"100\"\n"
+      "expect FrmGame.List1.List(0) == \"\"\n"
+      "expect FrmGame.Text1.Text startswith \"No Quest\"\n"
+      "expect FrmGame.Text1.Text endswith \"\\r\\n\"\n"
+      "expect FrmGame.Text1.Text contains \"Quest\"\n"
+      "expect FrmGame.Timer1.Interval != \"5\"\n"
+      "wait 1.5\n"
+      "print FrmGame.score.Caption\n"
+      "expect nomsgbox\n");
+  EXPECT_EQ(r.code, 0) << r.out << r.err;
+  EXPECT_NE(r.out.find("0\n8 passed, 0 failed"), std::string::npos) << r.out;
+}
+
+TEST(ScriptRun, ScriptMistakesStopWithCodeTwoAndTheLine) {
+  struct Case {
+    const char* script;
+    const char* says;
+  };
+  for (Case c : {Case{"expect FrmNope.Caption == \"\"\n", "unknown form FrmNope"},
+                 Case{"\nexpect FrmGame.Nope.Caption == \"\"\n", "line 2: unknown control"},
+                 Case{"expect FrmGame.Text1.Colour == \"\"\n", "unknown property"},
+                 Case{"expect FrmGame.Text1.Caption == \"\"\n", "TextBox has no property Caption"},
+                 Case{"expect FrmGame.Text1.Text ~= \"\"\n", "unknown comparison"},
+                 Case{"click FrmGame.Command2\n", "not on screen"},
+                 Case{"click FrmGame.mnunewgame\n", "disabled"},
+                 Case{"type FrmGame.Text1 \"x\"\n", "read-only"},
+                 Case{"click FrmGame.Option1\n", "does not take that action"},
+                 Case{"rnd 1.5\n", "[0, 1)"},
+                 Case{"start\nstart\n", "already started"},
+                 Case{"fly away\n", "unknown command"}}) {
+    ScriptResult r = RunText(c.script);
+    EXPECT_EQ(r.code, 2) << c.script;
+    EXPECT_NE(r.err.find(c.says), std::string::npos) << c.script << " said " << r.err;
+  }
+}
+
+TEST(ScriptRun, FilesAndProfilesAreCheckedFromTheScriptsFolder) {
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/q.fbw") << "[Story Info]\r\nTitle=The Old Mill\r\n";
+  std::string script = dir.str() + "/s.txt";
+  std::ofstream(script) << "expect file q.fbw exists\n"
+                           "expect file nothing.fbw absent\n"
+                           "expect ini " << dir.str() << "/q.fbw \"Story Info\" title == \"The Old Mill\"\n"
+                           "expect ini tmpquest.ini x y == \"\"\n";
+  std::ostringstream out, err;
+  EXPECT_EQ(RunScript(script, {dir.str(), "fablewright", dir.str(), false}, out, err), 0) << out.str() << err.str();
+  EXPECT_NE(out.str().find("4 passed, 0 failed"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace fw
