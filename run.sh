@@ -4,4 +4,5 @@ set -euo pipefail
 cd "$(dirname "$0")"
 scripts/install-deps.sh
 scripts/build.sh
-exec build/fablewright script quests/demo/demo-scenario.txt --app-dir quests/demo --home build/demo-home
+exec build/fablewright script quests/demo/demo-scenario.txt --transcript \
+  --app-dir quests/demo --home build/demo-home
