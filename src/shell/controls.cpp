@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "shell/media_player.h"
+
 namespace fw {
 
 ControlHandle::ControlHandle(FormSurface& surface, std::string_view form, std::string_view name,
@@ -15,6 +17,11 @@ std::string ListBox::List(int i) const {
   const Control& k = c();
   return i >= 0 && i < static_cast<int>(k.list.size()) ? k.list[i] : std::string();
 }
+
+void MediaPlayer::SetFileName(std::string_view file) const { SetPlayerFileName(s_->program(), id_, file); }
+void MediaPlayer::Play() const { PlayerPlay(s_->program(), id_); }
+void MediaPlayer::Stop() const { PlayerStop(s_->program(), id_); }
+void MediaPlayer::SetPlayCount(int count) const { SetPlayerPlayCount(s_->program(), id_, count); }
 
 FormHandle::FormHandle(FormSurface& surface, std::string_view form)
     : s_(&surface), form_(surface.FindForm(form)) {

@@ -130,7 +130,11 @@ class MediaPlayer : public ControlHandle {
  public:
   FW_HANDLE(MediaPlayer)
   const std::string& FileName() const { return c().fileName; }
+  void SetFileName(std::string_view file) const;  // loads; a file that cannot be loaded fails
+  void Play() const;
+  void Stop() const;
   int PlayCount() const { return c().playCount; }
+  void SetPlayCount(int count) const;
   int PlayState() const { return c().playState; }
   int ReadyState() const { return c().readyState; }
 };

@@ -124,6 +124,14 @@ void Program::Post(double due, std::function<void(Program&)> callback) {
   posted_.push_back({due, postSeq_++, std::move(callback)});
 }
 
+void Program::PostFromAnyThread(std::function<void(Program&)> callback) {
+  {
+    std::lock_guard<std::mutex> lock(inboxMutex_);
+    inbox_.push_back(std::move(callback));
+  }
+  if (wake_) wake_();
+}
+
 double Program::NextDue() const {
   double next = surface_.NextTimerDue();
   for (const Posted& p : posted_) next = std::min(next, p.due);
@@ -131,6 +139,12 @@ double Program::NextDue() const {
 }
 
 void Program::RunDue() {
+  std::vector<std::function<void(Program&)>> inbox;
+  {
+    std::lock_guard<std::mutex> lock(inboxMutex_);
+    inbox.swap(inbox_);
+  }
+  for (auto& callback : inbox) Post(-std::numeric_limits<double>::infinity(), std::move(callback));
   for (;;) {
     if (ended_) return;
     double now = Timer();
@@ -175,6 +189,12 @@ void Program::ChDir(std::string_view path) {
 }
 
 std::string Program::GetWindowsDir() const { return Cp1252FromUtf8(app_.userDir) + "\\"; }
+
+std::string Program::ResolveMediaFile(std::string_view path) const {
+  if (path.empty()) return {};
+  std::string host = HostFile(path);
+  return services_.files->Exists(host) && !services_.files->IsDirectory(host) ? host : std::string();
+}
 
 std::string Program::HostFile(std::string_view path) const {
   std::string host = HostPath(path);

@@ -1,11 +1,13 @@
 #pragma once
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "media/midi_state.h"
 #include "shell/failure.h"
 #include "shell/form_table.h"
 #include "shell/services.h"
@@ -82,6 +84,10 @@ class Program {
   void PressAnimation(ControlId control);
   // Runs the callback on this program's thread once the clock reaches due.
   void Post(double due, std::function<void(Program&)> callback);
+  // The same from another thread (an audio engine's), to run at once; the
+  // binding's wake-up, when set, tells its event loop to look.
+  void PostFromAnyThread(std::function<void(Program&)> callback);
+  void SetWakeUp(std::function<void()> wake) { wake_ = std::move(wake); }
   double NextDue() const;
   // Runs every timer tick and posted event that is due now, earliest first.
   void RunDue();
@@ -100,6 +106,11 @@ class Program {
   // The host path a program path names: "/" for "\", relative to the current folder.
   std::string HostFile(std::string_view path) const;
   const std::string& CurrentDir() const { return currentDir_; }
+  // The host path of an existing media file, "" when there is none.
+  std::string ResolveMediaFile(std::string_view path) const;
+
+  // -- Module fields of the subsystems.
+  MidiApiState midi;
 
  private:
   struct Posted {
@@ -115,6 +126,9 @@ class Program {
   FormSurface surface_;
   std::string currentDir_;
   std::vector<Posted> posted_;
+  std::mutex inboxMutex_;
+  std::vector<std::function<void(Program&)>> inbox_;
+  std::function<void()> wake_;
   long postSeq_ = 0;
   bool ended_ = false;
   std::string lastUnhandled_;

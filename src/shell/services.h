@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -75,6 +76,36 @@ class Random {
   virtual void Randomize(double seed) = 0;
 };
 
+// One MIDI voice. Paths are host paths. When a tune started by Play reaches
+// its end, the backend calls MidiNotify(program, tune) on the program's
+// thread (through Program::Post or Program::PostFromAnyThread).
+class Sequencer {
+ public:
+  virtual ~Sequencer() = default;
+  virtual bool Open(const std::string& file) = 0;
+  // From the start when from and to are both 0, else the stretch in ms.
+  virtual bool Play(Program& program, const std::string& file, std::int32_t from, std::int32_t to,
+                    std::uint32_t tune) = 0;
+  virtual void Close(const std::string& file) = 0;
+};
+
+struct ControlId;
+
+// The media player controls (a sound player, a movie in a panel). The backend
+// plays; the control's values (FileName, PlayState, ReadyState, PlayCount)
+// live in the surface. At the end of its last round a backend sets the
+// control's PlayState to 0 on the program's thread.
+class MediaPlayers {
+ public:
+  virtual ~MediaPlayers() = default;
+  // Loads a host file; false when it cannot be played.
+  virtual bool Load(Program& program, ControlId player, const std::string& file) = 0;
+  virtual void Unload(Program& program, ControlId player) = 0;
+  virtual void Play(Program& program, ControlId player, int playCount) = 0;
+  virtual void Stop(Program& program, ControlId player) = 0;
+  virtual void SetPlayCount(Program& program, ControlId player, int playCount) = 0;
+};
+
 // The services of one running program.
 struct Services {
   Clock* clock;
@@ -83,6 +114,8 @@ struct Services {
   Processes* processes;
   FileSystem* files;
   Random* random;
+  Sequencer* sequencer;
+  MediaPlayers* players;
 };
 
 }  // namespace fw

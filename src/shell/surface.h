@@ -159,6 +159,7 @@ class FormSurface {
   bool FireDueTimer(double now);
 
   void SetObserver(SurfaceObserver* observer) { observer_ = observer; }
+  Program& program() { return program_; }
 
  private:
   void Load(int form);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "media/headless_media.h"
 #include "shell/disk_files.h"
 #include "shell/draw_random.h"
 #include "shell/services.h"
@@ -86,7 +87,11 @@ struct HeadlessPlatform {
   RecordingProcesses processes;
   DiskFiles files;
   DrawRandom random;
-  Services services() { return {&clock, &pump, &dialogs, &processes, &files, &random}; }
+  HeadlessSequencer sequencer;
+  HeadlessPlayers players;
+  Services services() {
+    return {&clock, &pump, &dialogs, &processes, &files, &random, &sequencer, &players};
+  }
 };
 
 }  // namespace fw

@@ -69,6 +69,7 @@ class ScriptRunner : public SurfaceObserver {
   ControlId ControlOf(const std::string& target);
   ControlId ReachableControl(const std::string& target, std::initializer_list<Kind> kinds);
   std::string Value(const std::string& target);
+  std::string MidiField(const std::string& name);
   std::string ScriptPath(const std::string& path) const;
   void Expect(const Words& w);
   void Check(bool ok, const std::string& what, const std::string& actual);
@@ -258,6 +259,7 @@ ControlId ScriptRunner::ReachableControl(const std::string& target, std::initial
 std::string ScriptRunner::Value(const std::string& target) {
   auto t = ParseTarget(target);
   if (!t) Error("not a property: " + target);
+  if (t->form == "MidiAPI" && t->control.empty()) return MidiField(t->property);
   FormSurface& s = program_->surface();
   int form = s.FindForm(t->form);
   if (form < 0) Error("unknown form " + t->form);
@@ -271,6 +273,18 @@ std::string ScriptRunner::Value(const std::string& target) {
   } catch (const std::invalid_argument& e) {
     Error(e.what());
   }
+}
+
+// The module fields of the MIDI voice, shown as a form of their own.
+std::string ScriptRunner::MidiField(const std::string& name) {
+  const MidiApiState& m = program_->midi;
+  if (name == "MidiFile") return m.MidiFile;
+  if (name == "MidiOpen") return FormatValue(m.MidiOpen);
+  if (name == "MidiRepeat") return FormatValue(m.MidiRepeat);
+  if (name == "MidiFrom") return NumberText(m.MidiFrom);
+  if (name == "MidiTo") return NumberText(m.MidiTo);
+  if (name == "MidiWindow") return NumberText(m.MidiWindow);
+  Error("MidiAPI has no field " + name);
 }
 
 std::string ScriptRunner::ScriptPath(const std::string& path) const {

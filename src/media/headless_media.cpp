@@ -1,0 +1,105 @@
+#include "media/headless_media.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "media/media_length.h"
+#include "media/midi_api.h"
+#include "media/smf.h"
+#include "shell/media_player.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+// Media files the project plays are small; a larger one is read this far.
+constexpr std::size_t kReadLimit = 64 << 20;
+
+std::string ReadUpTo(const std::string& path, std::size_t limit) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return {};
+  std::string bytes;
+  bytes.resize(limit);
+  in.read(bytes.data(), static_cast<std::streamsize>(limit));
+  bytes.resize(static_cast<std::size_t>(in.gcount()));
+  return bytes;
+}
+
+}  // namespace
+
+bool HeadlessSequencer::Open(const std::string& file) {
+  log.push_back("open " + file);
+  if (file.empty()) return false;
+  auto length = MidiLength(ReadUpTo(file, kReadLimit));
+  if (!length) return false;
+  lengths_[file] = *length;
+  return true;
+}
+
+bool HeadlessSequencer::Play(Program& program, const std::string& file, std::int32_t from,
+                             std::int32_t to, std::uint32_t tune) {
+  log.push_back(from == 0 && to == 0
+                    ? "play " + file + " from 0"
+                    : "play " + file + " from " + std::to_string(from) + " to " + std::to_string(to));
+  auto it = lengths_.find(file);
+  if (it == lengths_.end()) return false;
+  double end = to > from ? to / 1000.0 : it->second;
+  double seconds = std::max(0.0, end - from / 1000.0);
+  program.Post(program.Now() + seconds, [tune](Program& p) { MidiNotify(p, tune); });
+  return true;
+}
+
+void HeadlessSequencer::Close(const std::string& file) {
+  log.push_back("close " + file);
+  lengths_.erase(file);
+}
+
+bool HeadlessPlayers::Load(Program& program, ControlId player, const std::string& file) {
+  std::string bytes = ReadUpTo(file, kReadLimit);
+  MediaKind kind = SniffMedia(bytes);
+  if (kind == MediaKind::None) return false;
+  State& s = players_[{player.form, player.index}];
+  s.length = MediaLength(kind, bytes).value_or(kUnknownLength);
+  s.playing = false;
+  ++s.round;
+  return true;
+}
+
+void HeadlessPlayers::Unload(Program&, ControlId player) {
+  players_.erase({player.form, player.index});
+}
+
+void HeadlessPlayers::ScheduleEnd(Program& program, ControlId player, State& s, int playCount) {
+  unsigned round = ++s.round;
+  double end = s.started + s.length * std::max(playCount, 1);
+  program.Post(end, [this, player, round](Program& p) {
+    auto it = players_.find({player.form, player.index});
+    if (it == players_.end() || it->second.round != round) return;
+    it->second.playing = false;
+    p.surface().SetMedia(player, Prop::PlayState, kPlayStopped);
+  });
+}
+
+void HeadlessPlayers::Play(Program& program, ControlId player, int playCount) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end()) return;
+  it->second.started = program.Now();
+  it->second.playing = true;
+  ScheduleEnd(program, player, it->second, playCount);
+}
+
+void HeadlessPlayers::Stop(Program&, ControlId player) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end()) return;
+  it->second.playing = false;
+  ++it->second.round;
+}
+
+void HeadlessPlayers::SetPlayCount(Program& program, ControlId player, int playCount) {
+  // A new count applies to the play under way, as it does on the desktop.
+  auto it = players_.find({player.form, player.index});
+  if (it != players_.end() && it->second.playing) ScheduleEnd(program, player, it->second, playCount);
+}
+
+}  // namespace fw

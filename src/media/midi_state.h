@@ -1,0 +1,19 @@
+#pragma once
+#include <cstdint>
+#include <string>
+
+namespace fw {
+
+// The module fields of the MIDI voice: one for the whole program.
+struct MidiApiState {
+  bool hooked = false;           // MidiOldWndProc is set: the notification is received
+  std::int32_t MidiWindow = 0;   // the form handle that receives the notification
+  std::int32_t MidiFrom = 0;
+  std::int32_t MidiTo = 0;
+  std::string MidiFile;
+  bool MidiOpen = false;
+  bool MidiRepeat = false;
+  std::uint32_t generation = 0;  // bumped by every play and close: older ends are stale
+};
+
+}  // namespace fw
