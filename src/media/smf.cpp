@@ -82,40 +82,72 @@ void PutVlq(std::string& out, std::uint32_t v) {
 
 }  // namespace
 
-std::optional<double> MidiLength(std::string_view bytes) {
+namespace {
+
+// A file's timing: ticks per quarter, the tempo changes, the last tick.
+struct Timing {
+  std::uint32_t division = 0;
+  std::map<std::uint64_t, std::uint32_t> tempos{{0, 500000}};
+  std::uint64_t last = 0;
+};
+
+std::optional<Timing> ReadTiming(std::string_view bytes) {
   Reader r{bytes};
   if (bytes.substr(0, 4) != "MThd") return std::nullopt;
   r.pos = 4;
   std::uint32_t headerLength = r.Big(4);
   r.Big(2);  // format
   std::uint32_t tracks = r.Big(2);
-  std::uint32_t division = r.Big(2);
-  if (r.failed || headerLength < 6 || division == 0 || (division & 0x8000)) return std::nullopt;
+  Timing t;
+  t.division = r.Big(2);
+  if (r.failed || headerLength < 6 || t.division == 0 || (t.division & 0x8000)) return std::nullopt;
   r.pos = 8 + headerLength;
-  std::map<std::uint64_t, std::uint32_t> tempos{{0, 500000}};
-  std::uint64_t last = 0;
-  for (std::uint32_t t = 0; t < tracks; ++t) {
+  for (std::uint32_t i = 0; i < tracks; ++i) {
     if (r.pos + 8 > bytes.size() || bytes.substr(r.pos, 4) != "MTrk") return std::nullopt;
     r.pos += 4;
     std::uint32_t length = r.Big(4);
     if (length > bytes.size() - r.pos) return std::nullopt;
-    auto end = ScanTrack(bytes.substr(r.pos, length), tempos);
+    auto end = ScanTrack(bytes.substr(r.pos, length), t.tempos);
     if (!end) return std::nullopt;
-    last = std::max(last, *end);
+    t.last = std::max(t.last, *end);
     r.pos += length;
   }
-  // Sum the time of each stretch at its own tempo.
+  return t;
+}
+
+// Seconds from the start to a tick, each stretch at its own tempo.
+double SecondsAt(const Timing& t, std::uint64_t tick) {
   double seconds = 0;
   std::uint64_t at = 0;
   std::uint32_t tempo = 500000;
-  for (auto [tick, micros] : tempos) {
-    if (tick >= last) break;
-    seconds += static_cast<double>(tick - at) * tempo / 1e6 / division;
-    at = tick;
+  for (auto [change, micros] : t.tempos) {
+    if (change >= tick) break;
+    seconds += static_cast<double>(change - at) * tempo / 1e6 / t.division;
+    at = change;
     tempo = micros;
   }
-  seconds += static_cast<double>(last - at) * tempo / 1e6 / division;
-  return seconds;
+  return seconds + static_cast<double>(tick - at) * tempo / 1e6 / t.division;
+}
+
+}  // namespace
+
+std::optional<double> MidiLength(std::string_view bytes) {
+  auto t = ReadTiming(bytes);
+  if (!t) return std::nullopt;
+  return SecondsAt(*t, t->last);
+}
+
+std::optional<std::uint64_t> MidiTickAt(std::string_view bytes, double seconds) {
+  auto t = ReadTiming(bytes);
+  if (!t) return std::nullopt;
+  // Few tunes are long: a binary search over the ticks is plenty.
+  std::uint64_t lo = 0, hi = t->last;
+  while (lo < hi) {
+    std::uint64_t mid = (lo + hi) / 2;
+    if (SecondsAt(*t, mid) < seconds) lo = mid + 1;
+    else hi = mid;
+  }
+  return lo;
 }
 
 std::string WriteMidi(const std::vector<MidiNote>& notes, std::uint16_t ticksPerQuarter,

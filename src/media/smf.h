@@ -15,6 +15,10 @@ namespace fw {
 // bytes are no MIDI file or are cut short.
 std::optional<double> MidiLength(std::string_view bytes);
 
+// The tick that plays at the given second of the file (the last tick when
+// the time lies past the end); nullopt for bytes that are no MIDI file.
+std::optional<std::uint64_t> MidiTickAt(std::string_view bytes, double seconds);
+
 // One note of a tune to write: start and length in ticks.
 struct MidiNote {
   std::uint32_t start, length;
