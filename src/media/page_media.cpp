@@ -1,0 +1,52 @@
+#include "media/page_media.h"
+
+#include "shell/controls.h"
+#include "shell/media_player.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+MediaPlayer Mp3Player(Program& p) { return MediaPlayer(p.surface(), "FrmGame", "playmp3"); }
+
+}  // namespace
+
+void PlayPageMovie(Program& p, std::string_view value) {
+  if (value.empty()) return;
+  FormSurface& s = p.surface();
+  MediaPlayer movie(s, "FrmGame", "Movie");
+  Skip([&] { PictureBox(s, "FrmGame", "MovBox").SetVisible(true); });
+  Skip([&] { movie.SetVisible(true); });
+  Skip([&] {
+    const std::string& quest = Label(s, "FrmGame", "questfil").Caption();
+    const std::string& page = Label(s, "FrmGame", "pg").Caption();
+    movie.SetFileName(p.ReadINI(quest, page, "Movie"));
+  });
+  Skip([&] { movie.Play(); });
+}
+
+void Timer2_Timer(Program& p) {
+  FormSurface& s = p.surface();
+  if (MediaPlayer(s, "FrmGame", "Movie").PlayState() == 0)
+    PictureBox(s, "FrmGame", "MovBox").SetVisible(false);
+}
+
+void PlayMp3(Program& p, std::string_view file) {
+  MediaPlayer mp3 = Mp3Player(p);
+  Skip([&] { mp3.SetFileName(file); });
+  Skip([&] { mp3.Play(); });
+}
+
+void PlayPageMp3(Program& p, std::string_view mp3) {
+  MediaPlayer player = Mp3Player(p);
+  if (player.ReadyState() == kReadyComplete && player.FileName() == mp3) return;
+  if (!mp3.empty()) PlayMp3(p, mp3);
+}
+
+void ApplyAutoRepeat(Program& p, std::string_view autoRepeat, std::string_view mp3, bool onlyWithMp3) {
+  MediaPlayer player = Mp3Player(p);
+  if (autoRepeat == "1") Skip([&] { player.SetPlayCount(99); });
+  else if (!onlyWithMp3 || !mp3.empty()) Skip([&] { player.SetPlayCount(1); });
+}
+
+}  // namespace fw
