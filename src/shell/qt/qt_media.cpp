@@ -1,0 +1,123 @@
+#include "shell/qt/qt_media.h"
+
+#include <QAudioOutput>
+#include <QMediaPlayer>
+#include <QTimer>
+#include <QUrl>
+#include <QVideoWidget>
+#include <QWidget>
+
+#include <fstream>
+
+#include "media/media_length.h"
+#include "shell/media_player.h"
+#include "shell/program.h"
+
+namespace fw {
+
+struct QtMediaPlayers::Player {
+  std::unique_ptr<QMediaPlayer> media;
+  std::unique_ptr<QAudioOutput> audio;
+  std::unique_ptr<QVideoWidget> video;
+  QTimer watchdog;
+  bool playWhenLoaded = false;
+  qint64 lastPosition = -1;
+  int stalledSeconds = 0;
+};
+
+namespace {
+
+// The first bytes of a file, to refuse what is no sound or movie at once.
+std::string Head(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::string head(16, '\0');
+  in.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(in.gcount()));
+  return head;
+}
+
+}  // namespace
+
+QtMediaPlayers::QtMediaPlayers(std::function<QWidget*(ControlId)> videoParent)
+    : videoParent_(std::move(videoParent)) {}
+
+QtMediaPlayers::~QtMediaPlayers() = default;
+
+bool QtMediaPlayers::Load(Program& program, ControlId player, const std::string& file) {
+  if (SniffMedia(Head(file)) == MediaKind::None) return false;
+  auto p = std::make_unique<Player>();
+  p->media = std::make_unique<QMediaPlayer>();
+  p->audio = std::make_unique<QAudioOutput>();
+  p->media->setAudioOutput(p->audio.get());
+  if (QWidget* parent = videoParent_ ? videoParent_(player) : nullptr) {
+    p->video = std::make_unique<QVideoWidget>(parent);
+    p->video->resize(parent->size());
+    p->video->show();
+    p->media->setVideoOutput(p->video.get());
+  }
+  Player* raw = p.get();
+  Program* prog = &program;
+  // Playing before the file is loaded sometimes stalls a movie for good.
+  QObject::connect(raw->media.get(), &QMediaPlayer::mediaStatusChanged, this,
+                   [this, raw, prog, player](QMediaPlayer::MediaStatus status) {
+                     if (status == QMediaPlayer::LoadedMedia && raw->playWhenLoaded) {
+                       raw->playWhenLoaded = false;
+                       raw->media->play();
+                     } else if (status == QMediaPlayer::EndOfMedia || status == QMediaPlayer::InvalidMedia) {
+                       Ended(*prog, player);
+                     }
+                   });
+  QObject::connect(&raw->watchdog, &QTimer::timeout, this, [this, prog, player] { Watch(*prog, player); });
+  raw->media->setSource(QUrl::fromLocalFile(QString::fromStdString(file)));
+  players_[{player.form, player.index}] = std::move(p);
+  return true;
+}
+
+void QtMediaPlayers::Unload(Program&, ControlId player) { players_.erase({player.form, player.index}); }
+
+void QtMediaPlayers::Play(Program&, ControlId player, int playCount) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end()) return;
+  Player& p = *it->second;
+  p.media->setLoops(std::max(playCount, 1));
+  p.media->setPosition(0);
+  p.lastPosition = -1;
+  p.stalledSeconds = 0;
+  p.watchdog.start(1000);
+  if (p.media->mediaStatus() == QMediaPlayer::LoadingMedia) p.playWhenLoaded = true;
+  else p.media->play();
+}
+
+void QtMediaPlayers::Stop(Program&, ControlId player) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end()) return;
+  it->second->playWhenLoaded = false;
+  it->second->watchdog.stop();
+  it->second->media->stop();
+}
+
+void QtMediaPlayers::SetPlayCount(Program&, ControlId player, int playCount) {
+  auto it = players_.find({player.form, player.index});
+  if (it != players_.end()) it->second->media->setLoops(std::max(playCount, 1));
+}
+
+void QtMediaPlayers::Ended(Program& program, ControlId player) {
+  auto it = players_.find({player.form, player.index});
+  if (it != players_.end()) it->second->watchdog.stop();
+  program.surface().SetMedia(player, Prop::PlayState, kPlayStopped);
+}
+
+void QtMediaPlayers::Watch(Program& program, ControlId player) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end()) return;
+  Player& p = *it->second;
+  qint64 position = p.media->position();
+  p.stalledSeconds = position == p.lastPosition ? p.stalledSeconds + 1 : 0;
+  p.lastPosition = position;
+  if (p.stalledSeconds >= kStallSeconds) {
+    p.media->stop();
+    Ended(program, player);
+  }
+}
+
+}  // namespace fw
