@@ -7,11 +7,14 @@
 #include "app/ini_command.h"
 #include "shell/headless/script_runner.h"
 #include "shell/paths.h"
+#include "shell/terminal/terminal_player.h"
 
 namespace {
 
 constexpr const char* kUsage =
     "Usage:\n"
+    "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent]\n"
+    "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
     "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
     "      Runs a test script against the program, headless, on a virtual clock.\n"
     "  fablewright ini get FILE SECTION KEY [--scrambled] [--home DIR]\n"
@@ -26,6 +29,24 @@ std::filesystem::path SelfPath() {
   return ec ? std::filesystem::path("fablewright") : p;
 }
 
+// Reads --app-dir and --home into the options; gives false on a stray word.
+bool Folders(const std::vector<std::string>& args, std::size_t& i, std::string& appDir, std::string& home) {
+  const std::string& a = args[i];
+  if ((a != "--app-dir" && a != "--home") || i + 1 >= args.size()) return false;
+  std::string dir = std::filesystem::absolute(args[++i]).lexically_normal().string();
+  if (dir.size() > 1 && dir.back() == '/') dir.pop_back();
+  (a == "--app-dir" ? appDir : home) = dir;
+  return true;
+}
+
+// The per-user folder: the one given, made when missing, or the default.
+std::string UserDir(const std::string& given) {
+  if (given.empty()) return fw::DefaultUserDir();
+  std::error_code ec;
+  std::filesystem::create_directories(given, ec);
+  return given;
+}
+
 int Script(const std::vector<std::string>& args) {
   std::string file;
   fw::ScriptOptions options;
@@ -34,11 +55,8 @@ int Script(const std::vector<std::string>& args) {
   options.exeName = self.stem().string();
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& a = args[i];
-    if ((a == "--app-dir" || a == "--home") && i + 1 < args.size()) {
-      std::string dir = std::filesystem::absolute(args[++i]).lexically_normal().string();
-      if (dir.size() > 1 && dir.back() == '/') dir.pop_back();
-      (a == "--app-dir" ? options.appDir : options.home) = dir;
-    } else if (a == "--transcript") {
+    if (Folders(args, i, options.appDir, options.home)) continue;
+    if (a == "--transcript") {
       options.transcript = true;
     } else if (file.empty() && !a.starts_with("--")) {
       file = a;
@@ -51,13 +69,32 @@ int Script(const std::vector<std::string>& args) {
     std::cerr << "fablewright: script needs a FILE\n";
     return 2;
   }
-  if (options.home.empty()) {
-    options.home = fw::DefaultUserDir();
-  } else {
-    std::error_code ec;
-    std::filesystem::create_directories(options.home, ec);
-  }
+  options.home = UserDir(options.home);
   return fw::RunScript(file, options, std::cout, std::cerr);
+}
+
+int Play(const std::vector<std::string>& args) {
+  fw::TerminalOptions options;
+  std::filesystem::path self = SelfPath();
+  options.appDir = self.parent_path().string();
+  options.exeName = self.stem().string();
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (Folders(args, i, options.appDir, options.home)) continue;
+    if (args[i] == "--silent") {
+      options.sound = false;
+    } else if (options.quest.empty() && !args[i].starts_with("--")) {
+      options.quest = args[i];
+    } else {
+      std::cerr << "fablewright: unknown argument for play: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  if (!options.quest.empty() && !std::filesystem::is_regular_file(options.quest)) {
+    std::cerr << "fablewright: no quest file " << options.quest << "\n";
+    return 1;
+  }
+  options.home = UserDir(options.home);
+  return fw::PlayInTerminal(options, 0, stdout);
 }
 
 }  // namespace
@@ -79,6 +116,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (command == "script") return Script(rest);
+  if (command == "play") return Play(rest);
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
   std::cerr << "fablewright: unknown argument: " << command << "\n";
   return 2;

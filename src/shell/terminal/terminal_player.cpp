@@ -1,0 +1,194 @@
+#include "shell/terminal/terminal_player.h"
+
+#include <chrono>
+#include <filesystem>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <thread>
+
+#include "media/fluid_sequencer.h"
+#include "media/headless_media.h"
+#include "shell/codepage.h"
+#include "shell/controls.h"
+#include "shell/disk_files.h"
+#include "shell/draw_random.h"
+#include "shell/forms.h"
+#include "shell/program.h"
+#include "shell/real_services.h"
+#include "shell/terminal/terminal_io.h"
+
+namespace fw {
+namespace {
+
+constexpr const char* kHelp =
+    "Type the number of an option to choose it.\n"
+    "  look    show the page and its options again\n"
+    "  open    open another quest file\n"
+    "  quit    leave the game\n"
+    "  help    this list\n";
+
+// Prints what the transcript gains, as it gains it.
+class TranscriptEcho : public SurfaceObserver {
+ public:
+  TranscriptEcho(Program& p, std::FILE* out) : p_(p), out_(out), text1_(p.surface().Id("FrmGame", "Text1")) {}
+  void ControlChanged(ControlId id, Prop prop) override {
+    if (id != text1_ || prop != Prop::Text) return;
+    const std::string& text = p_.surface().At(id).caption;
+    if (echoed_ > text.size()) echoed_ = 0;
+    std::string fresh;
+    for (char c : Utf8FromCp1252(std::string_view(text).substr(echoed_)))
+      if (c != '\r') fresh += c;
+    echoed_ = text.size();
+    std::fputs(fresh.c_str(), out_);
+    std::fflush(out_);
+  }
+
+ private:
+  Program& p_;
+  std::FILE* out_;
+  ControlId text1_;
+  std::size_t echoed_ = 0;
+};
+
+class TerminalGame {
+ public:
+  TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out);
+  int Run();
+
+ private:
+  // Runs what is due and says how long the input may wait for the next.
+  std::optional<int> Idle();
+  void Settle();  // lets the option timer catch up after an action
+  void ListOptions();
+  void Choose(int n);
+  void Command(const std::string& line);
+  bool Over();
+
+  std::FILE* out_;
+  WallClock clock_;
+  IdlePump pump_;
+  LineInput input_;
+  TerminalDialogs dialogs_;
+  SpawnProcesses processes_;
+  DiskFiles files_;
+  DrawRandom random_;
+  std::unique_ptr<Sequencer> sequencer_;
+  HeadlessPlayers players_;
+  std::unique_ptr<Program> program_;
+  std::unique_ptr<TranscriptEcho> echo_;
+  std::string quest_;
+};
+
+TerminalGame::TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out)
+    : out_(out), input_(inputFd, [this] { return Idle(); }), dialogs_(input_, out), quest_(o.quest) {
+  random_.Randomize(clock_.Now());
+  if (o.sound) sequencer_ = std::make_unique<FluidSequencer>(true);
+  else sequencer_ = std::make_unique<HeadlessSequencer>();
+  Services services{&clock_, &pump_, &dialogs_, &processes_, &files_, &random_, sequencer_.get(), &players_};
+  std::error_code ec;
+  AppInfo app{Cp1252FromUtf8(o.appDir), Cp1252FromUtf8(o.exeName), o.home,
+              std::filesystem::current_path(ec).string()};
+  program_ = std::make_unique<Program>(services, app, AllForms());
+  echo_ = std::make_unique<TranscriptEcho>(*program_, out);
+  program_->surface().SetObserver(echo_.get());
+}
+
+std::optional<int> TerminalGame::Idle() {
+  program_->RunEvent([&] { program_->RunDue(); });
+  double next = program_->NextDue();
+  if (!std::isfinite(next)) return std::nullopt;
+  double wait = next - clock_.Now();
+  return std::max(0, static_cast<int>(std::ceil(wait * 1000)));
+}
+
+void TerminalGame::Settle() {
+  auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(30);
+  while (std::chrono::steady_clock::now() < until) {
+    Idle();
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+}
+
+bool TerminalGame::Over() {
+  FormSurface& s = program_->surface();
+  int game = s.FindForm("FrmGame");
+  return program_->Ended() || !s.IsLoaded(game);
+}
+
+void TerminalGame::ListOptions() {
+  FormSurface& s = program_->surface();
+  if (!s.Shown(s.Id("FrmGame", "Option1")) && !s.Shown(s.Id("FrmGame", "Option2")) &&
+      !s.Shown(s.Id("FrmGame", "Option3")) && !s.Shown(s.Id("FrmGame", "Option4"))) {
+    std::fputs("\n(No options. Type open, quit or help.)\n", out_);
+    return;
+  }
+  std::fputs("\n", out_);
+  for (int n = 1; n <= 4; ++n) {
+    ControlId id = s.Id("FrmGame", "Option" + std::to_string(n));
+    if (s.Shown(id)) std::fprintf(out_, "  %d. %s\n", n, Utf8FromCp1252(s.At(id).caption).c_str());
+  }
+}
+
+void TerminalGame::Choose(int n) {
+  FormSurface& s = program_->surface();
+  ControlId option = s.Id("FrmGame", "Option" + std::to_string(n));
+  if (n < 1 || n > 4 || !s.Shown(option)) {
+    std::fprintf(out_, "There is no option %d here.\n", n);
+    return;
+  }
+  program_->RunEvent([&] {
+    s.SetOptionValue(option, true);
+    s.Raise(s.Id("FrmGame", "Picture1"), Event::Click);
+  });
+}
+
+void TerminalGame::Command(const std::string& line) {
+  FormSurface& s = program_->surface();
+  if (line == "help" || line == "h" || line == "?") {
+    std::fputs(kHelp, out_);
+  } else if (line == "look" || line == "l") {
+    std::fprintf(out_, "\n%s\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "room")).caption).c_str());
+  } else if (line == "open" || line == "o") {
+    program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnuloadquest"), Event::Click); });
+  } else if (line == "quit" || line == "q") {
+    program_->RunEvent([&] { s.Unload(s.FindForm("FrmGame"), true); });
+  } else if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
+    Choose(std::stoi(line.substr(0, 2)));
+  } else if (!line.empty()) {
+    std::fputs("Type the number of an option, or help.\n", out_);
+  }
+}
+
+int TerminalGame::Run() {
+  program_->Start();
+  if (!quest_.empty()) {
+    dialogs_.Preanswer("FrmGame.questfile", quest_);
+    program_->RunEvent([&] {
+      FormSurface& s = program_->surface();
+      s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
+    });
+  } else {
+    std::fputs("No quest loaded. Type open to open a quest file.\n", out_);
+  }
+  while (!Over()) {
+    Settle();
+    ListOptions();
+    std::fputs("> ", out_);
+    std::fflush(out_);
+    auto line = input_.Next();
+    if (!line) break;
+    Command(*line);
+  }
+  std::fputs("\n", out_);
+  return 0;
+}
+
+}  // namespace
+
+int PlayInTerminal(const TerminalOptions& options, int inputFd, std::FILE* out) {
+  TerminalGame game(options, inputFd, out);
+  return game.Run();
+}
+
+}  // namespace fw

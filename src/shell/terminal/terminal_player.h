@@ -1,0 +1,21 @@
+#pragma once
+#include <cstdio>
+#include <string>
+
+namespace fw {
+
+struct TerminalOptions {
+  std::string quest;   // the quest to open at once (UTF-8 host path), or "" for the menu
+  std::string appDir;  // what App.Path reports
+  std::string exeName;
+  std::string home;    // the per-user folder
+  bool sound = true;   // MIDI through FluidSynth
+};
+
+// Plays in a terminal, or through a plain pipe: the transcript as it grows,
+// the visible options by number, message boxes as prompts, file dialogs as a
+// path prompt. Plain lines only, so a screen reader or a pipe reads it well.
+// Gives the exit code.
+int PlayInTerminal(const TerminalOptions& options, int inputFd, std::FILE* out);
+
+}  // namespace fw
