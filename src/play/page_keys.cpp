@@ -1,0 +1,16 @@
+#include "play/page_keys.h"
+
+#include "play/game_state.h"
+#include "shell/program.h"
+
+namespace fw {
+
+std::string PageKey(Program& p, const GameState& g, std::string_view key) {
+  return QuestKey(p, g, g.pg.Caption(), key);
+}
+
+std::string QuestKey(Program& p, const GameState& g, std::string_view section, std::string_view key) {
+  return p.ReadINI(g.questfil.Caption(), section, key);
+}
+
+}  // namespace fw

@@ -1,0 +1,111 @@
+#include "play/quest_paths.h"
+
+#include <filesystem>
+#include <iterator>
+#include <system_error>
+#include <vector>
+
+#include "shell/codepage.h"
+#include "shell/paths.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The lower-case form of a Windows-1252 letter, as Windows folds file names.
+unsigned char FoldCp1252(unsigned char c) {
+  if (c >= 'A' && c <= 'Z') return c + 32;
+  if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32;
+  if (c == 0x8A || c == 0x8C || c == 0x8E) return c + 16;  // Š Œ Ž
+  if (c == 0x9F) return 0xFF;                              // Ÿ
+  return c;
+}
+
+bool SameIgnoringCase(std::string_view utf8a, std::string_view utf8b) {
+  std::string a = Cp1252FromUtf8(utf8a), b = Cp1252FromUtf8(utf8b);
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (FoldCp1252(a[i]) != FoldCp1252(b[i])) return false;
+  return true;
+}
+
+bool IsFile(const fs::path& path) {
+  std::error_code ec;
+  return fs::is_regular_file(path, ec);
+}
+
+// The entries of `dir` named `name` but for letter case, the exact one first.
+std::vector<fs::path> EntriesIgnoringCase(const fs::path& dir, const fs::path& name) {
+  std::vector<fs::path> found;
+  std::error_code ec;
+  if (fs::exists(dir / name, ec)) found.push_back(dir / name);
+  for (fs::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec))
+    if (it->path().filename() != name && SameIgnoringCase(it->path().filename().string(), name.string()))
+      found.push_back(it->path());
+  return found;
+}
+
+// The existing file below `dir` that the remaining parts name but for letter
+// case. Folders that differ only in case may both exist here, so each is tried.
+fs::path MatchParts(const fs::path& dir, fs::path::iterator part, fs::path::iterator end) {
+  if (part == end) return IsFile(dir) ? dir : fs::path();
+  if (*part == "." || *part == "..") return MatchParts(dir / *part, std::next(part), end);
+  for (const fs::path& entry : EntriesIgnoringCase(dir, *part))
+    if (fs::path file = MatchParts(entry, std::next(part), end); !file.empty()) return file;
+  return {};
+}
+
+std::string MatchIgnoringCase(const std::string& host) {
+  fs::path wanted(host);
+  fs::path relative = wanted.relative_path();
+  return MatchParts(wanted.root_path(), relative.begin(), relative.end()).string();
+}
+
+// The program path of an existing file that `name` means here, "" if none.
+std::string Locate(const Program& p, std::string_view name) {
+  std::string host = p.HostFile(name);
+  if (IsFile(host)) return std::string(name);
+  std::string match = MatchIgnoringCase(host);
+  return match.empty() ? std::string() : Cp1252FromUtf8(match);
+}
+
+bool HasDriveLetter(std::string_view name) {
+  return name.size() >= 2 && name[1] == ':' &&
+         ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= 'a' && name[0] <= 'z'));
+}
+
+}  // namespace
+
+std::string FindQuestFile(const Program& p, std::string_view name, std::string_view folder) {
+  if (name.empty()) return {};
+  if (std::string found = Locate(p, name); !found.empty()) return found;
+  // A drive of the author's machine means nothing here, and a bare name was
+  // meant for the game's folder, which need not be the current one here.
+  if (HasDriveLetter(name) || !HasDirectoryPart(name)) {
+    std::string_view bare = name.substr(name.find_last_of("\\/:") + 1);
+    std::string local = std::string(folder) + "\\" + std::string(bare);
+    if (std::string found = Locate(p, local); !found.empty()) return found;
+  }
+  return std::string(name);
+}
+
+std::string QuestFolder(const Program& p, std::string_view questfil) {
+  if (!HasDirectoryPart(questfil)) {
+    std::string dir = p.GetWindowsDir();
+    dir.pop_back();  // its trailing backslash
+    return dir;
+  }
+  std::size_t cut = questfil.find_last_of("\\/");
+  if (cut == std::string_view::npos) return std::string(questfil.substr(0, 2));  // "C:name"
+  return std::string(questfil.substr(0, cut));
+}
+
+Picture LoadQuestPicture(Program& p, std::string_view name, std::string_view folder) {
+  Picture picture = p.LoadPicture(FindQuestFile(p, name, folder));
+  picture.path = std::string(name);
+  return picture;
+}
+
+}  // namespace fw
