@@ -1,0 +1,19 @@
+#pragma once
+
+namespace fw {
+
+class Program;
+
+namespace frmgame {
+
+// The Choose button: applies the selected option (its key item, its score,
+// its destination) and shows the page it leads to. With nothing selected the
+// page in pg is shown again.
+void Picture1_Click(Program& p);
+
+}  // namespace frmgame
+
+// The same step under the name the game logic uses for it.
+inline void ChooseOption(Program& p) { frmgame::Picture1_Click(p); }
+
+}  // namespace fw

@@ -1,0 +1,71 @@
+#include "play/game_start.h"
+
+#include <string>
+
+#include "play/game_state.h"
+#include "play/quest_paths.h"
+#include "play/start_quest.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+constexpr const char* kForm = "FrmGame";
+
+std::string GameDat(Program& p) { return p.AppPath() + "\\game.dat"; }
+
+// The packaged game's quest file, "" when this is no packaged game.
+std::string PackagedQuest(Program& p) { return p.ReadINI(GameDat(p), "loaddat", "QuestFile"); }
+
+// The packaged game's own look. Names are used as they stand, so a bare name
+// means the current folder; a picture that cannot be loaded leaves the old one.
+void LoadGameArt(Program& p) {
+  std::string menuButton = p.ReadINI(GameDat(p), "Image", "MenuButton");
+  if (!menuButton.empty())
+    Skip([&] { Image(p.surface(), kForm, "Image4").SetPicture(LoadQuestPicture(p, menuButton, p.AppPath())); });
+  std::string background = p.ReadINI(GameDat(p), "Image", "Background");
+  if (!background.empty())
+    Skip([&] { FormHandle(p.surface(), kForm).SetPicture(LoadQuestPicture(p, background, p.AppPath())); });
+}
+
+// A packaged game shows neither the menu bar nor the authoring parts.
+void HideAuthoring(Program& p) {
+  FormSurface& s = p.surface();
+  for (const char* menu : {"mnufile", "mnuhelp", "mnupdate"}) Menu(s, kForm, menu).SetVisible(false);
+  FormHandle(s, kForm).SetCaption(p.ReadINI(GameDat(p), "Game Data", "Title"));
+  Image(s, kForm, "Image8").SetVisible(false);
+  Image(s, kForm, "Image1").SetVisible(false);
+  Label(s, kForm, "Label15").SetVisible(false);
+}
+
+}  // namespace
+
+namespace frmgame {
+
+void Form_Load(Program& p) {
+  std::string quest = PackagedQuest(p);
+  if (quest.empty()) return;
+  Image(p.surface(), kForm, "Image11").SetVisible(true);
+  LoadGameArt(p);
+  HideAuthoring(p);
+  GameState(p).questfil.SetCaption(p.AppPath() + "\\" + quest);
+  StartQuest(p, QuestEntry::PackagedStart);
+}
+
+void Image11_Click(Program& p) {
+  std::string quest = PackagedQuest(p);
+  if (quest.empty()) return;
+  GameState g(p);
+  g.List1.Clear();
+  HideAuthoring(p);
+  g.questfil.SetCaption(p.AppPath() + "\\" + quest);
+  StartQuest(p, QuestEntry::StartImage);
+}
+
+void Image1_Click(Program& p) {
+  mnuloadquest_Click(p);
+  PictureBox(p.surface(), kForm, "Picture2").SetVisible(false);
+}
+
+}  // namespace frmgame
+}  // namespace fw

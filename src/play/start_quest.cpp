@@ -1,0 +1,103 @@
+#include "play/start_quest.h"
+
+#include <string>
+
+#include "play/battle_hooks.h"
+#include "play/game_state.h"
+#include "play/page_keys.h"
+#include "play/page_media.h"
+#include "play/show_page.h"
+#include "play/transcript.h"
+#include "shell/program.h"
+
+namespace fw {
+namespace {
+
+constexpr const char* kDashes = "-----------------------------------------------------";
+constexpr float kGameHeight = 6600;  // twips
+
+// The character panel opens in create mode when the quest asks for a
+// character. Only a fresh load also shows the experience bar.
+void OpenCharacterPanel(Program& p, const GameState& g, QuestEntry entry) {
+  if (QuestKey(p, g, "CharacterData", "CharCreateAllow") != "1") return;
+  FormSurface& s = p.surface();
+  g.Text6.SetText(QuestKey(p, g, "CharacterData", "CharName"));
+  // CHARACTER: Re-Roll draws the first character; a stub until the panel lands.
+  Skip([&] { frmgame::Command10_Click(p); });
+  PictureBox(s, "FrmGame", "CharCreate").SetVisible(true);
+  g.HPPlay.SetVisible(true);
+  Label(s, "FrmGame", "Label8").SetVisible(true);
+  if (entry != QuestEntry::LoadQuestFile) return;
+  g.exp.SetVisible(true);
+  Label(s, "FrmGame", "Label9").SetVisible(true);
+  g.exp.SetValue(0);
+}
+
+void WriteBanner(Program& p, const GameState& g) {
+  AppendLine(g, QuestKey(p, g, "Story Info", "Title"));
+  AppendLine(g, kDashes);
+  AppendLine(g, QuestKey(p, g, "Story Info", "Author"));
+  AppendLine(g, "Version: " + QuestKey(p, g, "Story Info", "Version"));
+  AppendLine(g, kDashes);
+}
+
+// Page 1 into the transcript and the page fields.
+void EnterFirstPage(Program& p, const GameState& g) {
+  AppendBlock(g, QuestKey(p, g, "1", "Location"));
+  AppendBlock(g, QuestKey(p, g, "1", "Page Text"));
+  g.room.SetText(QuestKey(p, g, "1", "Page Text"));
+  g.pg.SetCaption("1");
+  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(QuestKey(p, g, "1", KeysOf(n).text));
+  g.score.SetCaption("0");
+}
+
+// The test play runs no page show: no gating, no battle, the selection kept,
+// the picture menu left alone. Only the media steps.
+void ShowTestPage(Program& p, const GameState& g) {
+  Skip([&] { PageImageStep(p, g); });
+  Skip([&] { PageMovieStep(p, g, PageCaller::TestPlay); });
+  Skip([&] { PageAudioStep(p, g, PageCaller::TestPlay); });
+}
+
+}  // namespace
+
+void StartQuest(Program& p, QuestEntry entry) {
+  GameState g(p);
+  if (entry == QuestEntry::PackagedStart || entry == QuestEntry::LoadQuestFile) OpenCharacterPanel(p, g, entry);
+  WriteBanner(p, g);
+  EnterFirstPage(p, g);
+  switch (entry) {
+    case QuestEntry::PackagedStart: ShowPage(p, PageCaller::PackagedStart); break;
+    case QuestEntry::StartImage: ShowPage(p, PageCaller::StartImage); break;
+    case QuestEntry::LoadQuestFile: ShowPage(p, PageCaller::LoadQuestFile); break;
+    case QuestEntry::TmpGame: ShowTestPage(p, g); break;
+  }
+  if (entry == QuestEntry::PackagedStart || entry == QuestEntry::StartImage)
+    FormHandle(p.surface(), "FrmGame").SetHeight(kGameHeight);
+}
+
+void LoadTmpGame(Program& p) {
+  GameState g(p);
+  FileDialog(p.surface(), "FrmGame", "questfile").SetInitDir(p.AppPath());
+  g.questfil.SetCaption("tmpquest.ini");
+  g.List1.Clear();
+  StartQuest(p, QuestEntry::TmpGame);
+}
+
+void frmgame::mnuloadquest_Click(Program& p) {
+  GameState g(p);
+  FileDialog questfile(p.surface(), "FrmGame", "questfile");
+  questfile.SetInitDir(p.AppPath());
+  if (g.questfil.Caption() != kNoQuest &&
+      p.MsgBox("Are you sure? This will end the current game without saving!", 4, "WARNING!!!!") != 6)
+    return;
+  questfile.SetFileName("");
+  p.ShowOpen(questfile.id());
+  g.questfil.SetCaption(questfile.FileName());
+  // A cancelled dialog leaves questfil blank and the screen as it stood.
+  if (g.questfil.Caption().empty()) return;
+  g.List1.Clear();
+  StartQuest(p, QuestEntry::LoadQuestFile);
+}
+
+}  // namespace fw

@@ -1,0 +1,31 @@
+#pragma once
+
+namespace fw {
+
+class Program;
+
+// The four ways into a quest at page 1. They differ in what they reset and in
+// how much of the page show they run.
+enum class QuestEntry {
+  PackagedStart,  // a packaged game, at program start
+  StartImage,     // the Start image of a packaged game
+  LoadQuestFile,  // File / Load A Quest File
+  TmpGame,        // the editor's test play of its working file
+};
+
+// Opens the quest in questfil at page 1: the character panel where the entry
+// has it, the banner and page 1 in the transcript, the page fields, then the
+// page show. A quest that cannot be read shows blank.
+void StartQuest(Program& p, QuestEntry entry);
+
+// The editor's test play: starts its working file tmpquest.ini.
+void LoadTmpGame(Program& p);
+
+namespace frmgame {
+
+// File / Load A Quest File, with its warning while a game is open.
+void mnuloadquest_Click(Program& p);
+
+}  // namespace frmgame
+
+}  // namespace fw
