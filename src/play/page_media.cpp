@@ -17,26 +17,27 @@ void PageImageStep(Program& p, const GameState& g) {
 }
 
 void PageMovieStep(Program& p, const GameState& g, PageCaller caller) {
-  // MEDIA: PlayPageMovie with the page's Movie key belongs here, for every
-  // caller. The movie panel and its player are all it touches.
+  // MEDIA: PlayPageMovie(p, PageKey(p, g, "Movie")) for every caller.
 }
 
 void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   std::string music = PageKey(p, g, "Music");
-  // The Start image keeps a tune that is already on; its MIDI start follows
+  // The Start image keeps a tune that is already on: its MIDI start follows
   // only a change of the field, so the change is worked out before the write.
   bool changed = music != g.Music.Caption();
   g.Music.SetCaption(music);
-  // MEDIA: the Mp3 rule and the MIDI start of the caller's row belong here:
-  // ChooseOption, PackagedStart, LoadQuestFile, BattleOutcome start the MIDI
-  // when Music is not blank; StartImage only when `changed` and not blank;
-  // TestPlay always.
+  // MEDIA: the track and the tune, by caller:
+  //   ChooseOption: PlayPageMp3(Mp3); StartMidi when Music is not blank.
+  //   PackagedStart, LoadQuestFile, BattleOutcome: PlayMp3(Mp3) even when
+  //     blank; StartMidi when Music is not blank.
+  //   StartImage: PlayMp3 only when playmp3's FileName differs from Mp3;
+  //     StartMidi only when `changed` and Music is not blank.
+  //   TestPlay: PlayMp3(Mp3) always; StartMidi always.
   (void)changed;
 }
 
 void AutoRepeatStep(Program& p, const GameState& g, PageCaller caller) {
-  // MEDIA: PlayCount of playmp3 from AutoRepeat (99 for "1", else 1; on
-  // ChooseOption the 1 only when Mp3 is not blank) belongs here.
+  // MEDIA: ApplyAutoRepeat(p, AutoRepeat, Mp3, caller == PageCaller::ChooseOption).
 }
 
 }  // namespace fw
