@@ -132,8 +132,8 @@ void TerminalGame::ListOptions() {
 
 void TerminalGame::Choose(int n) {
   FormSurface& s = program_->surface();
-  ControlId option = s.Id("FrmGame", "Option" + std::to_string(n));
-  if (n < 1 || n > 4 || !s.Shown(option)) {
+  ControlId option = n >= 1 && n <= 4 ? s.Id("FrmGame", "Option" + std::to_string(n)) : ControlId{};
+  if (option.index < 0 || !s.Shown(option)) {
     std::fprintf(out_, "There is no option %d here.\n", n);
     return;
   }

@@ -1,0 +1,112 @@
+// The profile store against plain file reads and writes of the same quest,
+// and against a full parse by Debian's inih, in one run. Quests are made up
+// at N pages, each with the keys a real page has.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <ini.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "store/profile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A quest of n pages in a temporary folder, made once per size.
+const std::string& QuestFile(int pages) {
+  static std::map<int, std::string> made;
+  auto it = made.find(pages);
+  if (it != made.end()) return it->second;
+  fs::path dir = fs::temp_directory_path() / ("fwbench-" + std::to_string(::getpid()));
+  fs::create_directories(dir);
+  std::string path = (dir / ("quest" + std::to_string(pages) + ".fbw")).string();
+  std::ofstream out(path, std::ios::binary);
+  out << "[Story Info]\r\nTitle=Bench\r\nAuthor=Bench\r\nVersion=1\r\n\r\n[Quest Data]\r\nNumber Of Pages="
+      << pages << "\r\n\r\n";
+  const char* names[] = {"One", "Two", "Three", "Four"};
+  for (int p = 1; p <= pages; ++p) {
+    out << "[" << p << "]\r\nLocation=Room " << p << "\r\nPage Text=You stand in room " << p
+        << ". Passages lead off in several directions, and the air smells of dust and old candles.\r\n";
+    for (int o = 0; o < 4; ++o) {
+      out << "Option " << names[o] << "=Take passage " << o + 1 << "\r\nOption " << names[o] << " Score=+"
+          << o << "\r\nOption " << names[o] << " Destination Page=" << (p % pages) + 1 << "\r\nKey Item"
+          << o + 1 << "=\r\nAdd" << o + 1 << "=0\r\nRequired" << o + 1 << "=0\r\n";
+    }
+    out << "Image=room.jpg\r\nMusic=room.mid\r\nMp3=\r\nMovie=\r\nAutoRepeat=0\r\nHealChar=0\r\nBattle=0\r\n\r\n";
+  }
+  return made[pages] = path;
+}
+
+void BM_ReadFile(benchmark::State& state) {
+  const std::string& path = QuestFile(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    int fd = ::open(path.c_str(), O_RDONLY);
+    std::string text(fs::file_size(path), '\0');
+    benchmark::DoNotOptimize(::read(fd, text.data(), text.size()));
+    ::close(fd);
+    benchmark::DoNotOptimize(text);
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(fs::file_size(path)));
+}
+
+void ReadPage(benchmark::State& state, bool last) {
+  int pages = static_cast<int>(state.range(0));
+  const std::string& path = QuestFile(pages);
+  fw::QuestStore store(fs::temp_directory_path().string());
+  std::string page = std::to_string(last ? pages : 1);
+  for (auto _ : state) benchmark::DoNotOptimize(store.ReadINI(path, page, "Battle"));
+}
+
+void BM_ReadINI_FirstPage(benchmark::State& state) { ReadPage(state, false); }
+void BM_ReadINI_LastPage(benchmark::State& state) { ReadPage(state, true); }
+
+void BM_WriteINI(benchmark::State& state) {
+  int pages = static_cast<int>(state.range(0));
+  const std::string& path = QuestFile(pages);
+  fw::QuestStore store(fs::temp_directory_path().string());
+  std::string page = std::to_string(pages);
+  int i = 0;
+  for (auto _ : state) store.WriteINI(path, page, "Location", "Room " + std::to_string(i++ % 2));
+}
+
+void BM_WriteFile(benchmark::State& state) {
+  const std::string& path = QuestFile(static_cast<int>(state.range(0)));
+  std::ifstream in(path, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  std::string copy = path + ".copy";
+  for (auto _ : state) {
+    int fd = ::open(copy.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    benchmark::DoNotOptimize(::write(fd, text.data(), text.size()));
+    ::fsync(fd);
+    ::close(fd);
+  }
+  fs::remove(copy);
+}
+
+void BM_InihParse(benchmark::State& state) {
+  const std::string& path = QuestFile(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    int values = 0;
+    ini_parse(path.c_str(), [](void* user, const char*, const char*, const char*) {
+      ++*static_cast<int*>(user);
+      return 1;
+    }, &values);
+    benchmark::DoNotOptimize(values);
+  }
+}
+
+}  // namespace
+
+BENCHMARK(BM_ReadFile)->Arg(100)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_ReadINI_FirstPage)->Arg(100)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_ReadINI_LastPage)->Arg(100)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_WriteINI)->Arg(100)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_WriteFile)->Arg(100)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_InihParse)->Arg(100)->Arg(1000)->Arg(10000);
+
+BENCHMARK_MAIN();

@@ -1,0 +1,47 @@
+#pragma once
+#include <string>
+#include <string_view>
+
+namespace fw {
+
+// The quest store: profile files ("[section]" and "key=value" lines), read and
+// written key by key. Nothing is cached: every call opens the file afresh, so a
+// test play sees every write the editor made a moment before.
+class QuestStore {
+ public:
+  // userDir: the folder (UTF-8, host form) that a bare file name means.
+  explicit QuestStore(std::string userDir);
+
+  // The value of the key, or "" when the file, section or key is missing or
+  // anything goes wrong. Never throws.
+  std::string ReadINI(std::string_view path, std::string_view section, std::string_view key) const;
+
+  // Writes the key; silent when it cannot. Atomic: the file on disk is the old
+  // one or the new one, never a torn mix.
+  void WriteINI(std::string_view path, std::string_view section, std::string_view key,
+                std::string_view value) const;
+
+  // The host path a profile path names: a bare name lies in userDir.
+  std::string Resolve(std::string_view path) const;
+
+  const std::string& userDir() const { return userDir_; }
+
+ private:
+  std::string userDir_;
+};
+
+// The grammar on a file's bytes, for the store, the fuzzer and the benchmarks.
+// The longest value a read gives back; the rest of a longer value is cut.
+inline constexpr std::size_t kMaxValueLength = 8999;
+
+// The value of section/key in a profile text ("" when absent), cut to
+// kMaxValueLength characters.
+std::string_view FindProfileValue(std::string_view text, std::string_view section,
+                                  std::string_view key);
+
+// The whole profile text after writing section/key = value into it. An empty
+// section name leaves the text as it is.
+std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,
+                            std::string_view value);
+
+}  // namespace fw

@@ -1,0 +1,178 @@
+// The profile grammar on a file's bytes: finding a value and writing one.
+#include <cstring>
+
+#include "store/profile.h"
+
+namespace fw {
+namespace {
+
+constexpr std::string_view kBom = "\xEF\xBB\xBF";
+
+// Blanks trimmed around section names, keys and values.
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
+
+// The text without blanks at either end.
+std::string_view Trim(std::string_view s) {
+  std::size_t b = 0, e = s.size();
+  while (b < e && IsBlank(s[b])) ++b;
+  while (e > b && IsBlank(s[e - 1])) --e;
+  return s.substr(b, e - b);
+}
+
+// ASCII letters compared without case, as section and key lookups do.
+bool SameNoCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    char x = a[i], y = b[i];
+    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x + 32);
+    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y + 32);
+    if (x != y) return false;
+  }
+  return true;
+}
+
+// One line: its content [begin, end) and where the next line starts. CR LF,
+// LF and a lone CR all end a line.
+struct Line {
+  std::size_t begin, end, next;
+};
+
+Line LineAt(std::string_view t, std::size_t begin) {
+  const char* start = t.data() + begin;
+  std::size_t left = t.size() - begin;
+  const void* lf = std::memchr(start, '\n', left);
+  // A CR can only end the line before the first LF.
+  std::size_t limit = lf ? static_cast<const char*>(lf) - start : left;
+  const void* cr = std::memchr(start, '\r', limit);
+  std::size_t end = begin + (cr ? static_cast<const char*>(cr) - start : limit);
+  std::size_t next = end;
+  if (next < t.size()) next += (t[next] == '\r' && next + 1 < t.size() && t[next + 1] == '\n') ? 2 : 1;
+  return {begin, end, next};
+}
+
+// The first non-blank character of a line, or 0 for a blank line.
+char Lead(std::string_view line) {
+  for (char c : line)
+    if (!IsBlank(c)) return c;
+  return 0;
+}
+
+// The name of a section header line: to the first "]" or the line's end.
+std::string_view HeaderName(std::string_view line) {
+  std::size_t open = line.find('[');
+  std::string_view rest = line.substr(open + 1);
+  return Trim(rest.substr(0, rest.find(']')));
+}
+
+// Where the lines of the first section with that name begin, or npos. Only
+// a "[" that stands first on its line can open a section, so the scan jumps
+// from one "[" to the next.
+std::size_t FindSection(std::string_view t, std::string_view section) {
+  std::size_t pos = 0;
+  while (pos < t.size()) {
+    const void* hit = std::memchr(t.data() + pos, '[', t.size() - pos);
+    if (!hit) return std::string_view::npos;
+    std::size_t at = static_cast<const char*>(hit) - t.data();
+    std::size_t start = at;
+    while (start > 0 && IsBlank(t[start - 1])) --start;
+    if (start == 0 || t[start - 1] == '\n' || t[start - 1] == '\r') {
+      Line line = LineAt(t, start);
+      if (SameNoCase(HeaderName(t.substr(line.begin, line.end - line.begin)), section)) return line.next;
+      pos = line.next;
+    } else {
+      pos = at + 1;
+    }
+  }
+  return std::string_view::npos;
+}
+
+// A key line of the section that starts at `from`: the key line found, or
+// the end of the section (a line whose begin is the next header or the end).
+struct KeyHit {
+  bool found = false;
+  Line line{};
+  std::size_t keyBegin = 0, keyEnd = 0;  // the stored key, trimmed
+  std::size_t afterLastText = 0;         // behind the section's last non-blank line
+};
+
+KeyHit FindKey(std::string_view t, std::size_t from, std::string_view key) {
+  KeyHit hit;
+  hit.afterLastText = from;
+  for (std::size_t pos = from; pos < t.size();) {
+    Line line = LineAt(t, pos);
+    std::string_view text = t.substr(line.begin, line.end - line.begin);
+    char lead = Lead(text);
+    if (lead == '[') break;
+    if (lead != 0) hit.afterLastText = line.next;
+    std::size_t eq = text.find('=');
+    if (lead != ';' && eq != std::string_view::npos) {
+      std::string_view stored = Trim(text.substr(0, eq));
+      if (SameNoCase(stored, key)) {
+        hit.found = true;
+        hit.line = line;
+        hit.keyBegin = line.begin + (stored.data() - text.data());
+        hit.keyEnd = hit.keyBegin + stored.size();
+        return hit;
+      }
+    }
+    pos = line.next;
+  }
+  return hit;
+}
+
+// The line end a file already uses; CR LF for a new one.
+std::string_view LineEnd(std::string_view t) {
+  std::size_t at = t.find_first_of("\r\n");
+  if (at == std::string_view::npos) return "\r\n";
+  if (t[at] == '\n') return "\n";
+  return at + 1 < t.size() && t[at + 1] == '\n' ? "\r\n" : "\r";
+}
+
+bool EndsWithLineEnd(std::string_view t) { return !t.empty() && (t.back() == '\n' || t.back() == '\r'); }
+
+}  // namespace
+
+std::string_view FindProfileValue(std::string_view text, std::string_view section, std::string_view key) {
+  if (section.empty() || key.empty()) return {};
+  if (text.starts_with(kBom)) text.remove_prefix(kBom.size());
+  std::size_t from = FindSection(text, section);
+  if (from == std::string_view::npos) return {};
+  KeyHit hit = FindKey(text, from, key);
+  if (!hit.found) return {};
+  std::string_view line = text.substr(hit.line.begin, hit.line.end - hit.line.begin);
+  std::string_view value = Trim(line.substr(line.find('=') + 1));
+  if (value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+    value = value.substr(1, value.size() - 2);
+  return value.substr(0, kMaxValueLength);
+}
+
+std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,
+                            std::string_view value) {
+  std::string out(text);
+  if (section.empty() || key.empty()) return out;
+  std::size_t bom = text.starts_with(kBom) ? kBom.size() : 0;
+  std::string_view body = text.substr(bom);
+  std::string eol(LineEnd(body));
+  std::size_t from = FindSection(body, section);
+  if (from == std::string_view::npos) {
+    if (!out.empty() && !EndsWithLineEnd(out) && out.size() > bom) out += eol;
+    out.append("[").append(section).append("]").append(eol);
+    out.append(key).append("=").append(value).append(eol);
+    return out;
+  }
+  KeyHit hit = FindKey(body, from, key);
+  if (hit.found) {
+    std::string line(body.substr(hit.keyBegin, hit.keyEnd - hit.keyBegin));
+    line.append("=").append(value);
+    out.replace(bom + hit.keyBegin, hit.line.end - hit.keyBegin, line);
+  } else {
+    std::size_t at = bom + hit.afterLastText;
+    std::string entry = std::string(key) + "=" + std::string(value) + eol;
+    if (at == out.size() && !EndsWithLineEnd(out)) entry = eol + entry;
+    out.insert(at, entry);
+  }
+  if (!EndsWithLineEnd(out)) out += eol;
+  return out;
+}
+
+}  // namespace fw
