@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/ini_command.h"
+#include "store/ini_command.h"
 #include "shell/headless/script_runner.h"
 #include "shell/paths.h"
 #include "shell/terminal/terminal_player.h"

@@ -1,4 +1,4 @@
-#include "app/ini_command.h"
+#include "store/ini_command.h"
 
 #include "shell/codepage.h"
 #include "shell/failure.h"

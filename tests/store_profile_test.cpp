@@ -1,0 +1,176 @@
+// The profile grammar, the writes that keep every other byte, and the files
+// on disk: no torn file after a crash, no key lost between two writers.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "store/profile.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(ProfileGrammar, LookupsIgnoreCaseTrimAndTakeTheFirstMatch) {
+  std::string t =
+      "Orphan=before any header\r\n"
+      "[Story Info]\r\n"
+      "  TITLE  =  The Old Mill  \r\n"
+      "title=second\r\n"
+      "; Author=a comment\r\n"
+      "no key here\r\n"
+      "Quoted=\"  kept blanks  \"\r\n"
+      "Single='x'\r\n"
+      "Lone=\"\r\n"
+      "Eq=a=b\r\n"
+      "  [ 1 ] trailing words\r\n"
+      "Page=one\r\n"
+      "[1]\r\n"
+      "Page=shadowed\r\n"
+      "Late=in the second [1]\r\n"
+      "[Open\r\n"
+      "Key=no closing bracket\r\n";
+  EXPECT_EQ(FindProfileValue(t, "story info", "Title"), "The Old Mill");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "Author"), "");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "no key here"), "");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "Quoted"), "  kept blanks  ");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "Single"), "x");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "Lone"), "\"");
+  EXPECT_EQ(FindProfileValue(t, "Story Info", "Eq"), "a=b");
+  EXPECT_EQ(FindProfileValue(t, "1", "Page"), "one");
+  EXPECT_EQ(FindProfileValue(t, "1", "Late"), "");  // only the first [1] is searched
+  EXPECT_EQ(FindProfileValue(t, "Open", "Key"), "no closing bracket");
+  EXPECT_EQ(FindProfileValue(t, "", "Orphan"), "");
+  EXPECT_EQ(FindProfileValue("[]\r\nk=v\r\n", "", "k"), "");
+}
+
+TEST(ProfileGrammar, EveryLineEndAndAByteOrderMark) {
+  EXPECT_EQ(FindProfileValue("[a]\rk=cr\r[b]\rk=2", "a", "k"), "cr");
+  EXPECT_EQ(FindProfileValue("[a]\nk=lf\n", "A", "K"), "lf");
+  EXPECT_EQ(FindProfileValue("\xEF\xBB\xBF[a]\r\nk=bom\r\n", "a", "k"), "bom");
+  EXPECT_EQ(FindProfileValue("[a]\r\nk=first line\r\nsecond line\r\n", "a", "k"), "first line");
+}
+
+TEST(ProfileGrammar, ValuesAreCutAt8999Characters) {
+  std::string exact(8999, 'x'), over(9000, 'y');
+  EXPECT_EQ(FindProfileValue("[a]\r\nk=" + exact + "\r\n", "a", "k"), exact);
+  EXPECT_EQ(FindProfileValue("[a]\r\nk=" + over + "\r\n", "a", "k"), over.substr(0, 8999));
+}
+
+TEST(ProfileWrites, ReplaceInPlaceAndKeepEveryOtherByte) {
+  std::string t = "; made by hand\n\n[1]\n  Option One = Go\nOPTION TWO=Stay   \n\n[2]\nx=1\n";
+  EXPECT_EQ(SetProfileValue(t, "1", "option two", "Leave"),
+            "; made by hand\n\n[1]\n  Option One = Go\nOPTION TWO=Leave\n\n[2]\nx=1\n");
+  EXPECT_EQ(SetProfileValue(t, "1", "Music", "a.mid"),
+            "; made by hand\n\n[1]\n  Option One = Go\nOPTION TWO=Stay   \nMusic=a.mid\n\n[2]\nx=1\n");
+  EXPECT_EQ(SetProfileValue(t, "3", "k", ""), t + "[3]\nk=\n");
+  EXPECT_EQ(SetProfileValue(t, "", "k", "v"), t);
+}
+
+TEST(ProfileWrites, LineEndsOfNewAndOldFiles) {
+  EXPECT_EQ(SetProfileValue("", "Story Info", "Title", "T"), "[Story Info]\r\nTitle=T\r\n");
+  EXPECT_EQ(SetProfileValue("[a]\rk=1", "a", "k", "2"), "[a]\rk=2\r");
+  EXPECT_EQ(SetProfileValue("[a]\nk=1", "a", "j", "2"), "[a]\nk=1\nj=2\n");
+  EXPECT_EQ(SetProfileValue("[a]", "a", "j", "2"), "[a]\r\nj=2\r\n");
+  EXPECT_EQ(SetProfileValue("\xEF\xBB\xBF[a]\r\nk=1\r\n", "A", "K", "2"), "\xEF\xBB\xBF[a]\r\nk=2\r\n");
+  std::string broken = SetProfileValue("[a]\r\n", "a", "Page Text", "one\r\ntwo=2");
+  EXPECT_EQ(FindProfileValue(broken, "a", "Page Text"), "one");
+  EXPECT_EQ(FindProfileValue(broken, "a", "two"), "2");
+}
+
+class ProfileFiles : public ::testing::Test {
+ protected:
+  testing::TempDir dir;
+  std::string home = dir.str() + "/home";
+  QuestStore store{home};
+  void SetUp() override { std::filesystem::create_directories(home); }
+  int FilesIn(const std::string& folder) {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder), {}));
+  }
+};
+
+TEST_F(ProfileFiles, ReadsCreateNothingAndWritesCreateTheFile) {
+  std::string quest = dir.str() + "/q.fbw";
+  EXPECT_EQ(store.ReadINI(quest, "Story Info", "Title"), "");
+  EXPECT_FALSE(std::filesystem::exists(quest));
+  store.WriteINI(quest, "Story Info", "Title", "The Old Mill");
+  EXPECT_EQ(Slurp(quest), "[Story Info]\r\nTitle=The Old Mill\r\n");
+  EXPECT_EQ(store.ReadINI(quest, "STORY INFO", "title"), "The Old Mill");
+  store.WriteINI(dir.str() + "/missing/q.fbw", "a", "b", "c");  // silent
+  EXPECT_EQ(FilesIn(dir.str()), 2);
+}
+
+TEST_F(ProfileFiles, BareNamesLiveInTheUserFolderAndBackslashesAreFolders) {
+  store.WriteINI("tmpquest.ini", "1", "Location", "Here");
+  EXPECT_TRUE(std::filesystem::exists(home + "/tmpquest.ini"));
+  EXPECT_EQ(store.ReadINI(home + "\\tmpquest.ini", "1", "Location"), "Here");
+}
+
+TEST_F(ProfileFiles, AWriteKeepsPermissionsAndLeavesNoTemporaryFile) {
+  std::string quest = dir.str() + "/q.fbw";
+  store.WriteINI(quest, "a", "k", "1");
+  ::chmod(quest.c_str(), 0640);
+  store.WriteINI(quest, "a", "k", "2");
+  struct stat st;
+  ASSERT_EQ(::stat(quest.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0640u);
+  EXPECT_EQ(FilesIn(dir.str()), 2);  // the quest and home
+}
+
+TEST_F(ProfileFiles, AWriterKilledMidWriteLeavesTheOldOrTheNewFile) {
+  std::string quest = dir.str() + "/big.fbw";
+  std::string a(400000, 'a'), b(400000, 'b');
+  store.WriteINI(quest, "Story Info", "Title", "Kept");
+  store.WriteINI(quest, "1", "Page Text", a);
+  std::mt19937 rng(42);
+  for (int round = 0; round < 12; ++round) {
+    pid_t child = ::fork();
+    if (child == 0) {
+      for (int i = 0;; ++i) store.WriteINI(quest, "1", "Page Text", i % 2 ? a : b);
+    }
+    ::usleep(2000 + rng() % 20000);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    std::string text = Slurp(quest);
+    std::string value(FindProfileValue(text, "1", "Page Text"));
+    EXPECT_TRUE(value == std::string(8999, 'a') || value == std::string(8999, 'b')) << "round " << round;
+    EXPECT_EQ(text.size(), 400000 + 43u) << "round " << round;
+    EXPECT_EQ(FindProfileValue(text, "Story Info", "Title"), "Kept");
+  }
+  // A killed writer may leave its own temporary file; the next write of the
+  // folder's quests does not depend on it, and the quest itself is whole.
+  for (auto& entry : std::filesystem::directory_iterator(dir.str()))
+    if (entry.path().filename().string().starts_with(".big.fbw.fw-")) std::filesystem::remove(entry);
+}
+
+TEST_F(ProfileFiles, TwoProcessesWritingDifferentKeysLoseNeither) {
+  std::string quest = dir.str() + "/shared.fbw";
+  store.WriteINI(quest, "Story Info", "Title", "Shared");
+  pid_t children[2];
+  for (int c = 0; c < 2; ++c) {
+    children[c] = ::fork();
+    if (children[c] == 0) {
+      for (int i = 0; i < 60; ++i) store.WriteINI(quest, "Page", "Writer" + std::to_string(c) + "Key" + std::to_string(i), "v");
+      ::_exit(0);
+    }
+  }
+  for (pid_t child : children) ::waitpid(child, nullptr, 0);
+  std::string text = Slurp(quest);
+  for (int c = 0; c < 2; ++c)
+    for (int i = 0; i < 60; ++i)
+      EXPECT_EQ(FindProfileValue(text, "Page", "Writer" + std::to_string(c) + "Key" + std::to_string(i)), "v");
+  EXPECT_EQ(FilesIn(dir.str()), 2);
+}
+
+}  // namespace
+}  // namespace fw
