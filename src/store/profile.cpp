@@ -27,10 +27,11 @@ struct Fd {
 bool ReadAll(int fd, std::string& out) {
   struct stat st;
   if (::fstat(fd, &st) != 0) return false;
-  out.resize(static_cast<std::size_t>(st.st_size));
+  // One byte more than the file: the read that fills it tells of growth.
+  out.resize(static_cast<std::size_t>(st.st_size) + 1);
   std::size_t got = 0;
   for (;;) {
-    if (got == out.size()) out.resize(out.size() + 4096);  // the file grew meanwhile
+    if (got == out.size()) out.resize(out.size() * 2);  // the file grew meanwhile
     ssize_t n = ::read(fd, out.data() + got, out.size() - got);
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return false;

@@ -57,16 +57,19 @@ char Lead(std::string_view line) {
   return 0;
 }
 
-// The name of a section header line: to the first "]" or the line's end.
-std::string_view HeaderName(std::string_view line) {
-  std::size_t open = line.find('[');
-  std::string_view rest = line.substr(open + 1);
-  return Trim(rest.substr(0, rest.find(']')));
+// True when a header's name, from `at` (just behind its "["), is the section:
+// the name runs to the first "]" or the line's end, blanks trimmed.
+bool HeaderNames(std::string_view t, std::size_t at, std::string_view section) {
+  while (at < t.size() && IsBlank(t[at])) ++at;
+  if (t.size() - at < section.size() || !SameNoCase(t.substr(at, section.size()), section)) return false;
+  at += section.size();
+  while (at < t.size() && IsBlank(t[at])) ++at;
+  return at == t.size() || t[at] == ']' || t[at] == '\r' || t[at] == '\n';
 }
 
 // Where the lines of the first section with that name begin, or npos. Only
 // a "[" that stands first on its line can open a section, so the scan jumps
-// from one "[" to the next.
+// from one "[" to the next and looks no further than the name.
 std::size_t FindSection(std::string_view t, std::string_view section) {
   std::size_t pos = 0;
   while (pos < t.size()) {
@@ -75,13 +78,9 @@ std::size_t FindSection(std::string_view t, std::string_view section) {
     std::size_t at = static_cast<const char*>(hit) - t.data();
     std::size_t start = at;
     while (start > 0 && IsBlank(t[start - 1])) --start;
-    if (start == 0 || t[start - 1] == '\n' || t[start - 1] == '\r') {
-      Line line = LineAt(t, start);
-      if (SameNoCase(HeaderName(t.substr(line.begin, line.end - line.begin)), section)) return line.next;
-      pos = line.next;
-    } else {
-      pos = at + 1;
-    }
+    bool firstOnLine = start == 0 || t[start - 1] == '\n' || t[start - 1] == '\r';
+    if (firstOnLine && HeaderNames(t, at + 1, section)) return LineAt(t, start).next;
+    pos = at + 1;
   }
   return std::string_view::npos;
 }
