@@ -68,8 +68,8 @@ TEST(ScriptRun, AFailingExpectFailsTheRunAndSaysWhere) {
 
 TEST(ScriptRun, PassingRunExitsZeroAndPrintsValues) {
   ScriptResult r = RunText(
-      "select FrmGame.Option2\n"
-      "expect FrmGame.Option2.Value == \"True\"\n"
+      "hover FrmGame.Image8\n"
+      "expect FrmGame.Option2.Value == \"False\"\n"
       "expect FrmGame.HPPlay.Max == \"100\"\n"
       "expect FrmGame.List1.List(0) == \"\"\n"
       "expect FrmGame.Text1.Text startswith \"No Quest\"\n"
@@ -95,7 +95,7 @@ TEST(ScriptRun, ScriptMistakesStopWithCodeTwoAndTheLine) {
                  Case{"expect FrmGame.Text1.Text ~= \"\"\n", "unknown comparison"},
                  Case{"click FrmGame.Command2\n", "not on screen"},
                  Case{"click FrmGame.mnunewgame\n", "disabled"},
-                 Case{"type FrmGame.Text1 \"x\"\n", "read-only"},
+                 Case{"select FrmGame.Option1\n", "covered by Picture2"},
                  Case{"click FrmGame.Option1\n", "does not take that action"},
                  Case{"rnd 1.5\n", "[0, 1)"},
                  Case{"start\nstart\n", "already started"},

@@ -1,0 +1,97 @@
+// The media steps of a page: the movie panel and the sound track.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "media/page_media.h"
+#include "shell/controls.h"
+#include "shell/forms.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+std::string Wav(std::uint32_t seconds) {
+  auto le = [](std::uint32_t v, int n) {
+    std::string s;
+    for (int i = 0; i < n; ++i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
+    return s;
+  };
+  std::uint32_t data = 1000 * seconds;
+  return "RIFF" + le(36 + data, 4) + "WAVEfmt " + le(16, 4) + le(1, 2) + le(1, 2) + le(1000, 4) +
+         le(1000, 4) + le(1, 2) + le(8, 2) + "data" + le(data, 4) + std::string(data, '\x80');
+}
+
+class PageMediaTest : public ::testing::Test {
+ protected:
+  testing::TestProgram t{AllForms()};
+  Program& p = t.program;
+  FormSurface& s = t.surface();
+  std::string dir = t.dir.str();
+  PictureBox movBox{s, "FrmGame", "MovBox"};
+  MediaPlayer mp3{s, "FrmGame", "playmp3"};
+
+  void SetUp() override {
+    std::ofstream(dir + "/film.avi", std::ios::binary) << Wav(2).replace(8, 4, "AVI ");
+    std::ofstream(dir + "/song.wav", std::ios::binary) << Wav(2);
+    std::ofstream(dir + "/q.fbw") << "[1]\r\nMovie=film.avi\r\n[2]\r\nMovie=gone.avi\r\n";
+    Label(s, "FrmGame", "questfil").SetCaption(dir + "/q.fbw");
+  }
+  void Wait(double seconds) {
+    double end = t.now() + seconds;
+    while (p.NextDue() <= end) {
+      t.platform.clock.Set(std::max(t.now(), p.NextDue()));
+      p.RunDue();
+    }
+    t.platform.clock.Set(end);
+  }
+};
+
+TEST_F(PageMediaTest, MoviePanelLiftsWithinOneTickOfTheEnd) {
+  PlayPageMovie(p, "film.avi");  // an AVI whose header gives no length: 3 seconds
+  EXPECT_TRUE(movBox.Visible());
+  Wait(2.99);
+  EXPECT_TRUE(movBox.Visible());
+  Wait(0.016);
+  EXPECT_FALSE(movBox.Visible());
+}
+
+TEST_F(PageMediaTest, AMissingMovieShowsThePanelForOneTickAtMost) {
+  Label(s, "FrmGame", "pg").SetCaption("2");
+  PlayPageMovie(p, "gone.avi");
+  EXPECT_TRUE(movBox.Visible());
+  Wait(0.006);
+  EXPECT_FALSE(movBox.Visible());
+  PlayPageMovie(p, "");
+  EXPECT_FALSE(movBox.Visible());
+}
+
+TEST_F(PageMediaTest, TheSameTrackPlaysOnAndABlankOneChangesNothing) {
+  PlayPageMp3(p, "song.wav");
+  Wait(1.0);
+  PlayPageMp3(p, "song.wav");  // loaded already: no restart
+  PlayPageMp3(p, "");
+  Wait(1.01);
+  EXPECT_EQ(mp3.PlayState(), 0);
+  EXPECT_EQ(mp3.FileName(), "song.wav");
+  PlayMp3(p, "song.wav");  // the flows without the test restart it
+  EXPECT_EQ(mp3.PlayState(), 2);
+  PlayMp3(p, "");
+  EXPECT_EQ(mp3.PlayState(), 0);
+  EXPECT_EQ(mp3.FileName(), "");
+}
+
+TEST_F(PageMediaTest, AutoRepeatSetsNinetyNineOrOneByFlow) {
+  PlayMp3(p, "song.wav");
+  ApplyAutoRepeat(p, "1", "", true);
+  EXPECT_EQ(mp3.PlayCount(), 99);
+  Wait(150);
+  EXPECT_EQ(mp3.PlayState(), 2);  // 99 rounds of two seconds
+  ApplyAutoRepeat(p, "0", "", true);
+  EXPECT_EQ(mp3.PlayCount(), 99);  // choosing an option: no track, no change
+  ApplyAutoRepeat(p, "", "", false);
+  EXPECT_EQ(mp3.PlayCount(), 1);
+}
+
+}  // namespace
+}  // namespace fw
