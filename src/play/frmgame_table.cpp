@@ -54,6 +54,8 @@ constexpr ControlDecl kControls[] = {
      .caption = "No Quest Loaded.", .visible = false},
     {.name = "pg", .kind = Kind::Label, .left = 11880, .top = 5400, .width = 1215, .height = 375,
      .caption = "1", .visible = false},
+    {.name = "Music", .kind = Kind::Label, .left = 11880, .top = 5880, .width = 1215, .height = 375,
+     .visible = false},
     {.name = "room", .kind = Kind::TextBox, .left = 4560, .top = 7080, .width = 1215, .height = 375,
      .visible = false},
     {.name = "Command1", .kind = Kind::CommandButton, .left = 12000, .top = 3240, .width = 1215,

@@ -2,9 +2,12 @@
 
 #include <string>
 
+#include "media/midi_api.h"
+#include "media/page_media.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
+#include "shell/controls.h"
 #include "shell/program.h"
 
 namespace fw {
@@ -16,9 +19,7 @@ void PageImageStep(Program& p, const GameState& g) {
   Skip([&] { g.PicWindow.SetPicture(LoadQuestPicture(p, image, QuestFolder(p, g.questfil.Caption()))); });
 }
 
-void PageMovieStep(Program& p, const GameState& g, PageCaller caller) {
-  // MEDIA: PlayPageMovie(p, PageKey(p, g, "Movie")) for every caller.
-}
+void PageMovieStep(Program& p, const GameState& g, PageCaller) { PlayPageMovie(p, PageKey(p, g, "Movie")); }
 
 void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   std::string music = PageKey(p, g, "Music");
@@ -26,18 +27,28 @@ void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   // only a change of the field, so the change is worked out before the write.
   bool changed = music != g.Music.Caption();
   g.Music.SetCaption(music);
-  // MEDIA: the track and the tune, by caller:
-  //   ChooseOption: PlayPageMp3(Mp3); StartMidi when Music is not blank.
-  //   PackagedStart, LoadQuestFile, BattleOutcome: PlayMp3(Mp3) even when
-  //     blank; StartMidi when Music is not blank.
-  //   StartImage: PlayMp3 only when playmp3's FileName differs from Mp3;
-  //     StartMidi only when `changed` and Music is not blank.
-  //   TestPlay: PlayMp3(Mp3) always; StartMidi always.
-  (void)changed;
+  std::string mp3 = PageKey(p, g, "Mp3");
+  MediaPlayer player(p.surface(), "FrmGame", "playmp3");
+  switch (caller) {
+    case PageCaller::ChooseOption:
+      PlayPageMp3(p, mp3);
+      break;
+    case PageCaller::StartImage:
+      if (player.FileName() != mp3) PlayMp3(p, mp3);
+      break;
+    default:
+      PlayMp3(p, mp3);
+      break;
+  }
+  // A test play starts its tune always, without the stop before it; the Start
+  // image only on a change of tune; every other caller on a page with a tune.
+  std::int32_t window = FormHandle(p.surface(), "FrmGame").hWnd();
+  if (caller == PageCaller::TestPlay) StartMidi(p, music, false, window);
+  else if (!music.empty() && (caller != PageCaller::StartImage || changed)) StartMidi(p, music, true, window);
 }
 
 void AutoRepeatStep(Program& p, const GameState& g, PageCaller caller) {
-  // MEDIA: ApplyAutoRepeat(p, AutoRepeat, Mp3, caller == PageCaller::ChooseOption).
+  ApplyAutoRepeat(p, PageKey(p, g, "AutoRepeat"), PageKey(p, g, "Mp3"), caller == PageCaller::ChooseOption);
 }
 
 }  // namespace fw

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -146,6 +147,8 @@ class FormHandle {
  public:
   FormHandle(FormSurface& surface, std::string_view form);
   int index() const { return form_; }
+  // The window handle that MIDI notifications are addressed to.
+  std::int32_t hWnd() const { return form_ + 1; }
   const std::string& Caption() const { return s_->Form(form_).caption; }
   void SetCaption(std::string_view v) const { s_->SetFormCaption(form_, v); }
   bool Visible() const { return s_->Form(form_).visible; }
