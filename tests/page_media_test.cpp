@@ -34,8 +34,6 @@ class PageMediaTest : public ::testing::Test {
   void SetUp() override {
     std::ofstream(dir + "/film.avi", std::ios::binary) << Wav(2).replace(8, 4, "AVI ");
     std::ofstream(dir + "/song.wav", std::ios::binary) << Wav(2);
-    std::ofstream(dir + "/q.fbw") << "[1]\r\nMovie=film.avi\r\n[2]\r\nMovie=gone.avi\r\n";
-    Label(s, "FrmGame", "questfil").SetCaption(dir + "/q.fbw");
   }
   void Wait(double seconds) {
     double end = t.now() + seconds;
@@ -57,7 +55,6 @@ TEST_F(PageMediaTest, MoviePanelLiftsWithinOneTickOfTheEnd) {
 }
 
 TEST_F(PageMediaTest, AMissingMovieShowsThePanelForOneTickAtMost) {
-  Label(s, "FrmGame", "pg").SetCaption("2");
   PlayPageMovie(p, "gone.avi");
   EXPECT_TRUE(movBox.Visible());
   Wait(0.006);

@@ -17,11 +17,7 @@ void PlayPageMovie(Program& p, std::string_view value) {
   MediaPlayer movie(s, "FrmGame", "Movie");
   Skip([&] { PictureBox(s, "FrmGame", "MovBox").SetVisible(true); });
   Skip([&] { movie.SetVisible(true); });
-  Skip([&] {
-    const std::string& quest = Label(s, "FrmGame", "questfil").Caption();
-    const std::string& page = Label(s, "FrmGame", "pg").Caption();
-    movie.SetFileName(p.ReadINI(quest, page, "Movie"));
-  });
+  Skip([&] { movie.SetFileName(value); });
   Skip([&] { movie.Play(); });
 }
 

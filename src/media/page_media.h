@@ -8,8 +8,9 @@ class Program;
 // The media steps of showing a page, on FrmGame's players. Each statement
 // runs skip-on-error: a file that cannot be played leaves the page as it is.
 
-// Shows the movie panel and plays the page's Movie (read afresh from the
-// quest); a blank value does nothing.
+// Shows the movie panel and plays the page's movie file; a blank value does
+// nothing. A file that cannot be played leaves the panel up until Timer2's
+// next tick.
 void PlayPageMovie(Program& p, std::string_view value);
 
 // Timer2: lifts the movie panel once the movie has stopped.

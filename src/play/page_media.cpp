@@ -19,7 +19,18 @@ void PageImageStep(Program& p, const GameState& g) {
   Skip([&] { g.PicWindow.SetPicture(LoadQuestPicture(p, image, QuestFolder(p, g.questfil.Caption()))); });
 }
 
-void PageMovieStep(Program& p, const GameState& g, PageCaller) { PlayPageMovie(p, PageKey(p, g, "Movie")); }
+namespace {
+
+// The file a media name of the quest means on this machine; "" stays "".
+std::string Locate(Program& p, const GameState& g, const std::string& name) {
+  return name.empty() ? name : FindQuestFile(p, name, QuestFolder(p, g.questfil.Caption()));
+}
+
+}  // namespace
+
+void PageMovieStep(Program& p, const GameState& g, PageCaller) {
+  PlayPageMovie(p, Locate(p, g, PageKey(p, g, "Movie")));
+}
 
 void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   std::string music = PageKey(p, g, "Music");
@@ -27,7 +38,7 @@ void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   // only a change of the field, so the change is worked out before the write.
   bool changed = music != g.Music.Caption();
   g.Music.SetCaption(music);
-  std::string mp3 = PageKey(p, g, "Mp3");
+  std::string mp3 = Locate(p, g, PageKey(p, g, "Mp3"));
   MediaPlayer player(p.surface(), "FrmGame", "playmp3");
   switch (caller) {
     case PageCaller::ChooseOption:
@@ -43,8 +54,9 @@ void PageAudioStep(Program& p, const GameState& g, PageCaller caller) {
   // A test play starts its tune always, without the stop before it; the Start
   // image only on a change of tune; every other caller on a page with a tune.
   std::int32_t window = FormHandle(p.surface(), "FrmGame").hWnd();
-  if (caller == PageCaller::TestPlay) StartMidi(p, music, false, window);
-  else if (!music.empty() && (caller != PageCaller::StartImage || changed)) StartMidi(p, music, true, window);
+  if (caller == PageCaller::TestPlay) StartMidi(p, Locate(p, g, music), false, window);
+  else if (!music.empty() && (caller != PageCaller::StartImage || changed))
+    StartMidi(p, Locate(p, g, music), true, window);
 }
 
 void AutoRepeatStep(Program& p, const GameState& g, PageCaller caller) {
