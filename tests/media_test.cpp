@@ -10,6 +10,7 @@
 #include "shell/controls.h"
 #include "shell/forms.h"
 #include "shell/media_player.h"
+#include "test_media.h"
 #include "test_program.h"
 
 namespace fw {
@@ -22,16 +23,6 @@ std::string TwoSecondTune() {
   return WriteMidi(notes, 480, 500000, 0);
 }
 
-// A mono 8-bit WAV of the given bytes per second and length.
-std::string Wav(std::uint32_t rate, std::uint32_t dataBytes) {
-  auto le = [](std::uint32_t v, int n) {
-    std::string s;
-    for (int i = 0; i < n; ++i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
-    return s;
-  };
-  return "RIFF" + le(36 + dataBytes, 4) + "WAVEfmt " + le(16, 4) + le(1, 2) + le(1, 2) + le(rate, 4) +
-         le(rate, 4) + le(1, 2) + le(8, 2) + "data" + le(dataBytes, 4) + std::string(dataBytes, '\x80');
-}
 
 TEST(MidiFile, LengthFollowsTheLastEventAndEveryTempo) {
   EXPECT_DOUBLE_EQ(*MidiLength(TwoSecondTune()), 2.0);
@@ -46,7 +37,7 @@ TEST(MidiFile, LengthFollowsTheLastEventAndEveryTempo) {
 }
 
 TEST(MediaFiles, KindsAndLengthsFromHeaders) {
-  std::string wav = Wav(8000, 12000);
+  std::string wav = testing::TestWav(8000, 12000);
   EXPECT_EQ(SniffMedia(wav), MediaKind::Wav);
   EXPECT_DOUBLE_EQ(*MediaLength(MediaKind::Wav, wav), 1.5);
   EXPECT_EQ(SniffMedia("ID3\x03"), MediaKind::Mp3);
@@ -141,7 +132,7 @@ TEST_F(MidiTest, AStretchUsesFromAndToAndAnEndWithoutHookIsLost) {
 }
 
 TEST_F(MidiTest, PlayersLoadPlayForTheirLengthAndTakeANewCount) {
-  std::ofstream(dir + "/one.wav", std::ios::binary) << Wav(8000, 8000);
+  std::ofstream(dir + "/one.wav", std::ios::binary) << testing::TestWav(8000, 8000);
   std::ofstream(dir + "/junk.mp3") << "not a sound";
   MediaPlayer mp3(p.surface(), "FrmGame", "playmp3");
   mp3.SetFileName("one.wav");

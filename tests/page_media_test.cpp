@@ -6,21 +6,12 @@
 #include "media/page_media.h"
 #include "shell/controls.h"
 #include "shell/forms.h"
+#include "test_media.h"
 #include "test_program.h"
 
 namespace fw {
 namespace {
 
-std::string Wav(std::uint32_t seconds) {
-  auto le = [](std::uint32_t v, int n) {
-    std::string s;
-    for (int i = 0; i < n; ++i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
-    return s;
-  };
-  std::uint32_t data = 1000 * seconds;
-  return "RIFF" + le(36 + data, 4) + "WAVEfmt " + le(16, 4) + le(1, 2) + le(1, 2) + le(1000, 4) +
-         le(1000, 4) + le(1, 2) + le(8, 2) + "data" + le(data, 4) + std::string(data, '\x80');
-}
 
 class PageMediaTest : public ::testing::Test {
  protected:
@@ -32,8 +23,8 @@ class PageMediaTest : public ::testing::Test {
   MediaPlayer mp3{s, "FrmGame", "playmp3"};
 
   void SetUp() override {
-    std::ofstream(dir + "/film.avi", std::ios::binary) << Wav(2).replace(8, 4, "AVI ");
-    std::ofstream(dir + "/song.wav", std::ios::binary) << Wav(2);
+    std::ofstream(dir + "/film.avi", std::ios::binary) << testing::TestWav(1000, 2000).replace(8, 4, "AVI ");
+    std::ofstream(dir + "/song.wav", std::ios::binary) << testing::TestWav(1000, 2000);
   }
   void Wait(double seconds) {
     double end = t.now() + seconds;

@@ -10,25 +10,12 @@
 #include "shell/controls.h"
 #include "shell/forms.h"
 #include "shell/qt/qt_media.h"
+#include "test_media.h"
 #include "test_program.h"
 
 namespace fw {
 namespace {
 
-// A mono 16-bit WAV of a short tone.
-std::string Tone(double seconds) {
-  auto le = [](std::uint32_t v, int n) {
-    std::string s;
-    for (int i = 0; i < n; ++i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
-    return s;
-  };
-  const std::uint32_t rate = 8000;
-  auto frames = static_cast<std::uint32_t>(seconds * rate);
-  std::string data;
-  for (std::uint32_t i = 0; i < frames; ++i) data += le(static_cast<std::uint16_t>((i % 20 < 10) ? 8000 : -8000), 2);
-  return "RIFF" + le(36 + data.size(), 4) + "WAVEfmt " + le(16, 4) + le(1, 2) + le(1, 2) + le(rate, 4) +
-         le(rate * 2, 4) + le(2, 2) + le(16, 2) + "data" + le(data.size(), 4) + data;
-}
 
 // Runs Qt's event loop until the condition holds or the limit passes.
 bool SpinUntil(const std::function<bool()>& done, int limitMs) {
@@ -40,7 +27,7 @@ bool SpinUntil(const std::function<bool()>& done, int limitMs) {
 
 TEST(QtMedia, PlaysAGeneratedWavToItsEndTwiceWithAPlayCountOfTwo) {
   testing::TempDir dir;
-  std::ofstream(dir.str() + "/tone.wav", std::ios::binary) << Tone(0.4);
+  std::ofstream(dir.str() + "/tone.wav", std::ios::binary) << testing::TestWav(8000, 3200, 16);
   std::ofstream(dir.str() + "/junk.wav") << "no sound here";
   QWidget screen;
   QtMediaPlayers players([&](ControlId) { return &screen; });

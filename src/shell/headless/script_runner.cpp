@@ -15,6 +15,7 @@
 #include "shell/headless/headless_services.h"
 #include "shell/headless/script_parse.h"
 #include "shell/program.h"
+#include "shell/transcript_echo.h"
 
 namespace fw {
 namespace {
@@ -44,7 +45,7 @@ std::optional<bool> Compare(std::string_view actual, std::string_view op, std::s
   return std::nullopt;
 }
 
-class ScriptRunner : public SurfaceObserver {
+class ScriptRunner {
  public:
   ScriptRunner(const std::string& path, const ScriptOptions& options, std::ostream& out,
                std::ostream& err)
@@ -53,15 +54,16 @@ class ScriptRunner : public SurfaceObserver {
     AppInfo app{Cp1252FromUtf8(options.appDir), Cp1252FromUtf8(options.exeName), options.home,
                 std::filesystem::current_path().string()};
     program_ = std::make_unique<Program>(platform_.services(), app, AllForms());
-    program_->surface().SetObserver(this);
-    if (options.transcript)
+    if (options.transcript) {
+      echo_ = std::make_unique<TranscriptEcho>(*program_, [this](const std::string& text) { out_ << text << std::flush; });
+      program_->surface().SetObserver(echo_.get());
       platform_.dialogs.onBox = [this](const ShownBox& b) {
         out_ << "[" << Utf8FromCp1252(b.title) << "] " << Utf8FromCp1252(b.prompt) << "\n";
       };
+    }
   }
 
   int Run(std::istream& in);
-  void ControlChanged(ControlId id, Prop prop) override;
 
  private:
   void Execute(const Words& w);
@@ -84,9 +86,9 @@ class ScriptRunner : public SurfaceObserver {
   std::string scriptDir_;
   HeadlessPlatform platform_;
   std::unique_ptr<Program> program_;
+  std::unique_ptr<TranscriptEcho> echo_;
   bool started_ = false;
   int line_ = 0, passed_ = 0, failed_ = 0;
-  std::size_t echoed_ = 0;  // how much of the transcript has been echoed
 };
 
 int ScriptRunner::Run(std::istream& in) {
@@ -108,21 +110,6 @@ int ScriptRunner::Run(std::istream& in) {
   if (options_.transcript) out_ << "\n";
   out_ << passed_ << " passed, " << failed_ << " failed\n";
   return failed_ == 0 ? 0 : 1;
-}
-
-void ScriptRunner::ControlChanged(ControlId id, Prop prop) {
-  if (!options_.transcript || prop != Prop::Text) return;
-  FormSurface& s = program_->surface();
-  if (s.Table(id.form).name != std::string_view("FrmGame") || s.Decl(id).name != std::string_view("Text1"))
-    return;
-  const std::string& text = s.At(id).caption;
-  if (echoed_ > text.size()) echoed_ = 0;
-  std::string fresh = Utf8FromCp1252(std::string_view(text).substr(echoed_));
-  echoed_ = text.size();
-  std::string lf;
-  for (char c : fresh)
-    if (c != '\r') lf += c;
-  out_ << lf << std::flush;
 }
 
 void ScriptRunner::Start() {

@@ -17,6 +17,7 @@
 #include "shell/program.h"
 #include "shell/real_services.h"
 #include "shell/terminal/terminal_io.h"
+#include "shell/transcript_echo.h"
 
 namespace fw {
 namespace {
@@ -27,29 +28,6 @@ constexpr const char* kHelp =
     "  open    open another quest file\n"
     "  quit    leave the game\n"
     "  help    this list\n";
-
-// Prints what the transcript gains, as it gains it.
-class TranscriptEcho : public SurfaceObserver {
- public:
-  TranscriptEcho(Program& p, std::FILE* out) : p_(p), out_(out), text1_(p.surface().Id("FrmGame", "Text1")) {}
-  void ControlChanged(ControlId id, Prop prop) override {
-    if (id != text1_ || prop != Prop::Text) return;
-    const std::string& text = p_.surface().At(id).caption;
-    if (echoed_ > text.size()) echoed_ = 0;
-    std::string fresh;
-    for (char c : Utf8FromCp1252(std::string_view(text).substr(echoed_)))
-      if (c != '\r') fresh += c;
-    echoed_ = text.size();
-    std::fputs(fresh.c_str(), out_);
-    std::fflush(out_);
-  }
-
- private:
-  Program& p_;
-  std::FILE* out_;
-  ControlId text1_;
-  std::size_t echoed_ = 0;
-};
 
 class TerminalGame {
  public:
@@ -90,7 +68,10 @@ TerminalGame::TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out
   AppInfo app{Cp1252FromUtf8(o.appDir), Cp1252FromUtf8(o.exeName), o.home,
               std::filesystem::current_path(ec).string()};
   program_ = std::make_unique<Program>(services, app, AllForms());
-  echo_ = std::make_unique<TranscriptEcho>(*program_, out);
+  echo_ = std::make_unique<TranscriptEcho>(*program_, [out](const std::string& text) {
+    std::fputs(text.c_str(), out);
+    std::fflush(out);
+  });
   program_->surface().SetObserver(echo_.get());
 }
 
