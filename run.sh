@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
-# Builds the program and runs its main job on the bundled demo quest: the
-# demo scenario, played headless with the transcript printed as it goes.
-# Media names in a quest are taken from the current folder, so it runs there.
+# Builds the program and runs its main job on the bundled demo quest.
+# At a terminal it plays The Lantern Road there (type an option's number);
+# without one (a pipe, a CI job) it plays the demo scenario headless and
+# prints the transcript as it goes. Media names in a quest are taken from the
+# current folder, so both run in the quest's own folder.
 set -euo pipefail
 cd "$(dirname "$0")"
 scripts/install-deps.sh
 scripts/build.sh
 mkdir -p build/demo-home
 cd quests/demo
+if [ -t 0 ] && [ -t 1 ]; then
+  exec ../../build/fablewright play demo.fbw --app-dir . --home ../../build/demo-home
+fi
 exec ../../build/fablewright script demo-scenario.txt --transcript --app-dir . --home ../../build/demo-home
