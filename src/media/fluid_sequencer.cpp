@@ -1,6 +1,8 @@
 #include "media/fluid_sequencer.h"
 
+#include <fcntl.h>
 #include <fluidsynth.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +23,21 @@ constexpr double kSampleRate = 44100;
 // FluidSynth reports a missing sound card on stderr; the program goes on in
 // silence, so those reports are noise to the player.
 void Quiet(int, const char*, void*) {}
+
+// The sound library reports a missing sound card on stderr, past FluidSynth's
+// own log; a player hears silence and needs no such report in the terminal.
+fluid_audio_driver_t* OpenAudioQuietly(fluid_settings_t* settings, fluid_synth_t* synth) {
+  int saved = ::dup(2);
+  int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (saved >= 0 && null >= 0) ::dup2(null, 2);
+  fluid_audio_driver_t* driver = new_fluid_audio_driver(settings, synth);
+  if (saved >= 0) {
+    ::dup2(saved, 2);
+    ::close(saved);
+  }
+  if (null >= 0) ::close(null);
+  return driver;
+}
 
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -62,7 +79,7 @@ bool FluidSequencer::EnsureSynth() {
     synth_ = nullptr;
     return false;
   }
-  if (withAudio_) driver_ = new_fluid_audio_driver(settings_, synth_);  // NULL: silence
+  if (withAudio_) driver_ = OpenAudioQuietly(settings_, synth_);  // NULL: silence
   return true;
 }
 
