@@ -67,6 +67,9 @@ class ScriptRunner {
 
  private:
   void Execute(const Words& w);
+  void Queue(const Words& w);
+  void UserAction(const Words& w);
+  static void Need(const Words& w, std::size_t n);
   void Start();
   ControlId ControlOf(const std::string& target);
   ControlId ReachableControl(const std::string& target, std::initializer_list<Kind> kinds);
@@ -118,11 +121,39 @@ void ScriptRunner::Start() {
   program_->Start();
 }
 
+// Stops the run unless the command has n words.
+void ScriptRunner::Need(const Words& w, std::size_t n) {
+  if (w.size() != n) Error("'" + w[0] + "' takes " + std::to_string(n - 1) + " argument(s)");
+}
+
 void ScriptRunner::Execute(const Words& w) {
   const std::string& cmd = w[0];
-  auto need = [&](std::size_t n) {
-    if (w.size() != n) Error("'" + cmd + "' takes " + std::to_string(n - 1) + " argument(s)");
-  };
+  if (cmd == "answer" || cmd == "rnd") return Queue(w);
+  if (cmd == "start") {
+    Need(w, 1);
+    if (started_) Error("the program has already started");
+    return Start();
+  }
+  Start();
+  if (cmd == "expect") return Expect(w);
+  if (cmd == "print") {
+    Need(w, 2);
+    out_ << Utf8FromCp1252(Value(w[1])) << "\n";
+    return;
+  }
+  if (cmd == "wait") {
+    Need(w, 2);
+    auto v = ParseNumber(w[1]);
+    if (!v || *v < 0) Error("wait needs a number of seconds");
+    return Wait(*v);
+  }
+  if (program_->Ended()) Error("the program has ended");
+  UserAction(w);
+}
+
+// answer and rnd: what the next question, dialog or draw will get.
+void ScriptRunner::Queue(const Words& w) {
+  const std::string& cmd = w[0];
   if (cmd == "answer") {
     if (w.size() == 3 && w[1] == "msgbox") {
       auto v = ParseNumber(w[2]);
@@ -136,37 +167,20 @@ void ScriptRunner::Execute(const Words& w) {
     } else {
       Error("answer msgbox N | answer dialog FORM.DIALOG PATH|cancel");
     }
-    return;
-  }
-  if (cmd == "rnd") {
+  } else if (cmd == "rnd") {
     if (w.size() < 2) Error("rnd needs at least one value");
     for (std::size_t i = 1; i < w.size(); ++i) {
       auto v = ParseNumber(w[i]);
       if (!v || *v < 0 || *v >= 1) Error("rnd values lie in [0, 1): " + w[i]);
       platform_.random.Queue(static_cast<float>(*v));
     }
-    return;
   }
-  if (cmd == "start") {
-    need(1);
-    if (started_) Error("the program has already started");
-    Start();
-    return;
-  }
-  Start();
-  if (cmd == "expect") return Expect(w);
-  if (cmd == "print") {
-    need(2);
-    out_ << Utf8FromCp1252(Value(w[1])) << "\n";
-    return;
-  }
-  if (cmd == "wait") {
-    need(2);
-    auto v = ParseNumber(w[1]);
-    if (!v || *v < 0) Error("wait needs a number of seconds");
-    return Wait(*v);
-  }
-  if (program_->Ended()) Error("the program has ended");
+}
+
+// The user's own actions on the controls.
+void ScriptRunner::UserAction(const Words& w) {
+  const std::string& cmd = w[0];
+  auto need = [&](std::size_t n) { Need(w, n); };
   FormSurface& s = program_->surface();
   if (cmd == "click") {
     need(2);
