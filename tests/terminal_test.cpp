@@ -34,13 +34,19 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
          "Option Two=Go on\r\nOption Two Destination Page=2\r\n"
          "[2]\r\nLocation=The door\r\nPage Text=The door is locked.\r\n"
          "Option One=Unlock the door\r\nOption One Destination Page=3\r\nKey Item1=Rusty key\r\nRequired1=1\r\n";
-  std::string out = Play(quest, "7\\n1\\n1\\n", dir.str());
+  std::string out = Play(quest, "7\\n1\\n1\\nopen\\nmaybe\\nn\\nopen\\ny\\n\\n", dir.str());
   EXPECT_NE(out.find("The Old Mill\n-----"), std::string::npos) << out;
   EXPECT_NE(out.find("by the caf\xC3\xA9."), std::string::npos) << out;
   EXPECT_NE(out.find("  1. Take the key and go on\n  2. Go on\n"), std::string::npos) << out;
   EXPECT_NE(out.find("There is no option 7 here."), std::string::npos) << out;
   EXPECT_NE(out.find(">\nThe door is locked.\n  1. Unlock the door\n> "), std::string::npos) << out;
   EXPECT_NE(out.find("(No options."), std::string::npos) << out;
+  // Message boxes become prompts, a file dialog a path prompt.
+  EXPECT_NE(out.find("[WARNING!!!!] Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
+                     "Yes or no (y/n)? "),
+            std::string::npos)
+      << out;
+  EXPECT_NE(out.find("Open file (*.fbw), empty to cancel: "), std::string::npos) << out;
   EXPECT_EQ(out.find('\x1b'), std::string::npos) << "control codes in a pipe";
 }
 
