@@ -62,6 +62,8 @@ double WallClock::Now() {
   return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec + micros / 1e6;
 }
 
+void IdlePump::Pump(Program&) { ::usleep(1000); }
+
 bool SpawnProcesses::Start(std::string_view command, int) {
   return Spawn(SplitCommand(HostPath(command)));
 }

@@ -18,10 +18,11 @@ class SpawnProcesses : public Processes {
 };
 
 // An event pump with nothing of its own to pump: the program's timers run
-// after it, and user input is read between events.
+// after it, and user input is read between events. It naps a millisecond, so
+// a wait such as a button's press does not keep a processor busy.
 class IdlePump : public EventPump {
  public:
-  void Pump(Program&) override {}
+  void Pump(Program&) override;
 };
 
 }  // namespace fw
