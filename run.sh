@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the program and runs its main job on the bundled demo quest.
-# At a terminal it plays The Lantern Road there (type an option's number);
-# without one (a pipe, a CI job) it plays the demo scenario headless and
-# prints the transcript as it goes. Media names in a quest are taken from the
+# On a desktop it opens the game window (Load Quest offers the demo's folder);
+# at a terminal without a display it plays The Lantern Road there (type an
+# option's number); without either (a pipe, a CI job) it plays the demo
+# scenario headless and prints the transcript as it goes. Media names in a quest are taken from the
 # current folder, so both run in the quest's own folder.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -11,6 +12,9 @@ scripts/build.sh
 mkdir -p build/demo-home
 cd quests/demo
 if [ -t 0 ] && [ -t 1 ]; then
+  if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    exec ../../build/fablewright --app-dir . --home ../../build/demo-home
+  fi
   exec ../../build/fablewright play demo.fbw --app-dir . --home ../../build/demo-home
 fi
 exec ../../build/fablewright script demo-scenario.txt --transcript --app-dir . --home ../../build/demo-home

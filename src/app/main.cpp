@@ -7,12 +7,15 @@
 #include "store/ini_command.h"
 #include "shell/headless/script_runner.h"
 #include "shell/paths.h"
+#include "shell/qt/qt_desktop.h"
 #include "shell/terminal/terminal_player.h"
 
 namespace {
 
 constexpr const char* kUsage =
     "Usage:\n"
+    "  fablewright [--app-dir DIR] [--home DIR]\n"
+    "      Opens the game window (on a desktop) or plays in the terminal (without one).\n"
     "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
     "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
@@ -97,14 +100,31 @@ int Play(const std::vector<std::string>& args) {
   return fw::PlayInTerminal(options, 0, stdout);
 }
 
+// The program's own job: its windows on a desktop, the terminal player
+// where there is no display.
+int Run(const std::vector<std::string>& args, int argc, char** argv) {
+  fw::DesktopOptions options;
+  std::filesystem::path self = SelfPath();
+  options.appDir = self.parent_path().string();
+  options.exeName = self.stem().string();
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (!Folders(args, i, options.appDir, options.home)) {
+      std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  options.home = UserDir(options.home);
+  if (fw::DisplayAvailable()) return fw::RunDesktop(options, argc, argv);
+  std::cerr << "fablewright: no display; playing in the terminal instead\n";
+  return fw::PlayInTerminal({"", options.appDir, options.exeName, options.home, true}, 0, stdout);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 1, argv + argc);
-  if (args.empty()) {
-    std::cerr << "fablewright: no command given; try fablewright --help\n";
-    return 2;
-  }
+  if (args.empty() || args[0].starts_with("--app-dir") || args[0].starts_with("--home"))
+    return Run(args, argc, argv);
   const std::string& command = args[0];
   std::vector<std::string> rest(args.begin() + 1, args.end());
   if (command == "--help" || command == "-h") {
