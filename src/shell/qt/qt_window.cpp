@@ -166,6 +166,12 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
         area->setText(ArtWords(d.look.art));
         area->setStyleSheet("background-color:rgb(90,60,30);color:rgb(250,230,180);border:2px outset rgb(140,100,50);"
                             "font-weight:bold;");
+      } else if (d.look.transparent && d.kind == Kind::Image) {
+        // A hot zone on a picture: until the picture shows where it is, a
+        // faint frame does, and it lights up under the mouse.
+        area->setStyleSheet(QString("#%1{background:transparent;border:1px dashed rgba(255,255,255,90);}"
+                                    "#%1:hover{background:rgba(255,255,255,60);}")
+                                .arg(d.name));
       } else {
         area->setStyleSheet(Css(d.look));
       }
@@ -219,6 +225,11 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
     case Kind::DirListBox:
       return nullptr;
   }
+  // A style sheet reaches a widget's children too; scoped to the widget's own
+  // name, a panel's look stays on the panel.
+  w->setObjectName(d.name);
+  if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
+    w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
   return w;
 }
