@@ -2,11 +2,8 @@
 
 namespace fw {
 
-// CHARACTER/BATTLE: replace both bodies when the battle and the character
-// panel arrive; their callers already run them at the right step.
-
+// BATTLE: replace this body when the battle arrives; its caller already runs
+// it at the right step.
 void Battle(Program& p) {}
-
-void frmgame::Command10_Click(Program& p) {}
 
 }  // namespace fw

