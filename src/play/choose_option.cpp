@@ -48,12 +48,16 @@ void ApplyOption(Program& p, const GameState& g, int n, std::int16_t& score) {
 
 }  // namespace
 
-void frmgame::Picture1_Click(Program& p) {
+void ApplySelectedOption(Program& p) {
   GameState g(p);
-  p.PressAnimation(PictureBox(p.surface(), "FrmGame", "Picture1").id());
   std::int16_t score = 0;
   Skip([&] { score = ToInt16(g.score.Caption()); });
   if (int n = SelectedOption(g)) ApplyOption(p, g, n, score);
+}
+
+void frmgame::Picture1_Click(Program& p) {
+  p.PressAnimation(PictureBox(p.surface(), "FrmGame", "Picture1").id());
+  ApplySelectedOption(p);
   ShowPage(p, PageCaller::ChooseOption);
 }
 

@@ -13,6 +13,10 @@ void Picture1_Click(Program& p);
 
 }  // namespace frmgame
 
+// The option step alone: the selected option's item, score and move to its
+// page; nothing when no option is selected.
+void ApplySelectedOption(Program& p);
+
 // The same step under the name the game logic uses for it.
 inline void ChooseOption(Program& p) { frmgame::Picture1_Click(p); }
 

@@ -2,6 +2,7 @@
 
 #include "media/midi_api.h"
 #include "media/page_media.h"
+#include "play/battle.h"
 #include "play/character.h"
 #include "play/battle_hooks.h"
 #include "play/choose_option.h"
@@ -35,6 +36,8 @@ constexpr HandlerDecl kHandlers[] = {
     {"mnusavechar", Event::Click, mnusavechar_Click},
     {"Picture5", Event::Click, Picture5_Click},
     {"Image12", Event::Click, Image12_Click},
+    {"Picture7", Event::Click, Picture7_Click},
+    {"Picture8", Event::Click, Picture8_Click},
 };
 
 }  // namespace

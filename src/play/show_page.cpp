@@ -67,7 +67,6 @@ void HealStep(Program& p, const GameState& g) {
   if (PageKey(p, g, "HealChar") == "1") g.HPPlay.SetValue(g.HPPlay.Max());
 }
 
-// BATTLE: Battle is a stub until the fight lands.
 void BattleStep(Program& p, const GameState& g) {
   if (IsNumberOne(PageKey(p, g, "Battle"))) Battle(p);
 }

@@ -1,0 +1,36 @@
+#pragma once
+#include <string>
+#include <string_view>
+
+namespace fw {
+
+class Program;
+struct GameState;
+
+// The numbers and tests the fight shares with its outcomes.
+
+// floor(Rnd x n): a whole number from 0 to n - 1.
+int DrawOf(Program& p, int n);
+
+// A hit draw after a reseed: 26 to 99, where 30 or less is a miss.
+int HitDraw(Program& p);
+
+// A damage roll after a reseed: 2 to 9.
+int DamageRoll(Program& p);
+
+// A value the fight needs as a number; blank or non-numeric counts as 0.
+double NumberOr0(std::string_view text);
+
+// A label is at or below zero when its text sorts at or before "0"; for
+// every number that agrees with the arithmetic, and a blank label counts.
+bool AtOrBelowZero(std::string_view text);
+
+// Appends one line to the battle log behind a line break.
+void LogLine(Program& p, std::string_view line);
+
+// The outcomes of a round and of an escape.
+void LoseBattle(Program& p);
+void WinBattle(Program& p);
+void OutcomePage(Program& p, const std::string& target);
+
+}  // namespace fw
