@@ -8,6 +8,7 @@
 #include "play/choose_option.h"
 #include "play/game_start.h"
 #include "play/page_view.h"
+#include "play/saved_game.h"
 #include "play/start_quest.h"
 
 namespace fw {
@@ -38,6 +39,10 @@ constexpr HandlerDecl kHandlers[] = {
     {"Image12", Event::Click, Image12_Click},
     {"Picture7", Event::Click, Picture7_Click},
     {"Picture8", Event::Click, Picture8_Click},
+    {"mnusave", Event::Click, mnusave_Click},
+    {"Image6", Event::Click, Image6_Click},
+    {"mnuload", Event::Click, mnuload_Click},
+    {"Image2", Event::Click, Image2_Click},
 };
 
 }  // namespace

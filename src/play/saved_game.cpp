@@ -1,0 +1,180 @@
+#include "play/saved_game.h"
+
+#include <filesystem>
+
+#include "media/midi_api.h"
+#include "play/game_state.h"
+#include "play/page_keys.h"
+#include "play/quest_paths.h"
+#include "shell/convert.h"
+#include "shell/program.h"
+#include "store/records.h"
+#include "store/scrambler.h"
+
+namespace fw {
+namespace {
+
+constexpr const char* kForm = "FrmGame";
+
+FileDialog SaveDialog(Program& p) { return FileDialog(p.surface(), kForm, "file"); }
+
+// One append: the command's result and then the page text again.
+void TranscriptEntry(Program& p, const GameState& g, const std::string& result) {
+  g.Text1.SetText(g.Text1.Text() + "\r\n>\r\nGame: " + SaveDialog(p).FileName() + "\r\n" + result + "\r\n>\r\n" +
+                  g.room.Text());
+}
+
+// The values of the record layout, from the screen, in writing order.
+std::vector<std::string> ScreenValues(const GameState& g) {
+  return {g.room.Text(),           g.Option1.Caption(), g.Option2.Caption(), g.Option3.Caption(),
+          g.Option4.Caption(),     g.pg.Caption(),      g.score.Caption(),   std::to_string(g.List1.ListCount()),
+          g.Text6.Text(),          g.Text5.Text(),      g.Text4.Text(),      g.Text3.Text(),
+          g.Text7.Text()};
+}
+
+// Every value as it goes into the file, or the key of the first that cannot
+// be scrambled.
+bool EncodeAll(std::vector<std::string>& values, std::string& badKey) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (!kSavedGameKeys[i].scrambled) continue;
+    try {
+      values[i] = Encode(values[i]);
+    } catch (const Failure&) {
+      badKey = kSavedGameKeys[i].key;
+      return false;
+    }
+  }
+  return true;
+}
+
+// Written beside the target and moved over it at the end, so a save that
+// fails halfway leaves the old file whole. The old file is the starting
+// point: keys this save does not write stay, as the format asks.
+void WriteSave(Program& p, const GameState& g, const std::string& target, const std::vector<std::string>& values) {
+  std::string temp = target + ".part";
+  std::string hostTarget = p.HostFile(target), hostTemp = p.HostFile(temp);
+  std::error_code ec;
+  std::filesystem::remove(hostTemp, ec);
+  if (std::filesystem::exists(hostTarget)) p.FileCopy(target, temp);
+  for (std::size_t i = 0; i < values.size(); ++i)
+    p.WriteINI(temp, kSavedGameKeys[i].section, kSavedGameKeys[i].key, values[i]);
+  for (int i = 0; i < g.List1.ListCount(); ++i)
+    if (!g.List1.List(i).empty()) p.WriteINI(temp, kListDataSection, std::to_string(i), g.List1.List(i));
+  std::filesystem::rename(hostTemp, hostTarget, ec);
+  if (ec) throw Failure("Cannot replace " + target);
+}
+
+// The file the player picks, after the start-of-command checks; nullopt
+// when the command ends there.
+std::optional<std::string> PickSave(Program& p, bool save) {
+  FileDialog dialog = SaveDialog(p);
+  bool answered = save ? p.ShowSave(dialog.id()) : p.ShowOpen(dialog.id());
+  if (!answered || dialog.FileName().empty()) return std::nullopt;
+  return dialog.FileName();
+}
+
+// The checks and the file of a load, or nullopt after the refusal.
+std::optional<SavedGame> OpenSave(Program& p, const GameState& g) {
+  SaveDialog(p).SetInitDir(p.AppPath());
+  if (g.questfil.Caption() == kNoQuest) {
+    p.MsgBox("You must load a quest file before attempting to load a saved game!", 0);
+    return std::nullopt;
+  }
+  auto file = PickSave(p, false);
+  if (!file) return std::nullopt;
+  auto saved = ReadSavedGame(p, *file);
+  if (!saved) {
+    p.MsgBox("The file does not appear to be a saved game for this particular game or there is an error in the file.",
+             16, "Error Loading Game:");
+    TranscriptEntry(p, g, "Is corrupt or not for this game! :-(");
+  }
+  return saved;
+}
+
+void RestorePage(const GameState& g, const SavedGame& s) {
+  g.room.SetText(s.room);
+  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(s.options[n - 1]);
+  g.score.SetCaption(s.score);
+  g.pg.SetCaption(s.page);
+}
+
+void RestoreCharacter(Program& p, const GameState& g, const SavedGame& s) {
+  const std::pair<const TextBox*, const std::string*> fields[] = {
+      {&g.Text6, &s.name}, {&g.Text5, &s.hp}, {&g.Text4, &s.attack}, {&g.Text3, &s.defence}, {&g.Text7, &s.level}};
+  const char* keys[] = {"CharName", "CharHp", "CharAtk", "CharDef", "CharLevel"};
+  for (auto [box, value] : fields) box->SetText(*value);
+  for (int i = 0; i < 5; ++i) p.WriteINI(g.questfil.Caption(), "CharacterData", keys[i], *fields[i].second);
+  // A save of a quest without a character has no hit points: the gauge stays.
+  Skip([&] {
+    float hp = ToSingle(s.hp);
+    g.HPPlay.SetMax(hp);
+    g.HPPlay.SetValue(hp);
+  });
+}
+
+// The tune and picture of the loaded page; its track and movie do not start.
+void LoadMedia(Program& p, const GameState& g) {
+  Skip([&] { MidiClose(p); });
+  Skip([&] { MidiUnhook(p); });
+  Skip([&] {
+    std::string image = PageKey(p, g, "Image");
+    if (!image.empty()) g.PicWindow.SetPicture(LoadQuestPicture(p, image, QuestFolder(p, g.questfil.Caption())));
+  });
+  Skip([&] { g.Music.SetCaption(PageKey(p, g, "Music")); });
+  Skip([&] {
+    std::string music = g.Music.Caption();
+    if (!music.empty()) music = FindQuestFile(p, music, QuestFolder(p, g.questfil.Caption()));
+    StartMidi(p, music, false, FormHandle(p.surface(), kForm).hWnd());
+  });
+}
+
+void FinishLoad(Program& p, const GameState& g) {
+  TranscriptEntry(p, g, "Loaded Successfully.");
+  LoadMedia(p, g);
+  SaveDialog(p).SetFileName("");
+}
+
+}  // namespace
+
+void frmgame::mnusave_Click(Program& p) {
+  GameState g(p);
+  if (g.questfil.Caption() == kNoQuest) {
+    p.MsgBox("You must load a quest file before attempting to save a game!", 0);
+    return;
+  }
+  SaveDialog(p).SetInitDir(p.AppPath());
+  auto file = PickSave(p, true);
+  if (!file) return;
+  std::vector<std::string> values = ScreenValues(g);
+  std::string badKey;
+  if (!EncodeAll(values, badKey)) {
+    p.MsgBox("The game cannot be saved: the value of " + badKey + " holds a character that cannot be stored.", 16,
+             "Error Saving Game:");
+    return;
+  }
+  WriteSave(p, g, *file, values);
+  TranscriptEntry(p, g, "Saved Successfully.");
+}
+
+void frmgame::Image6_Click(Program& p) { mnusave_Click(p); }
+
+void frmgame::mnuload_Click(Program& p) {
+  GameState g(p);
+  auto saved = OpenSave(p, g);
+  if (!saved) return;
+  RestoreCharacter(p, g, *saved);
+  RestorePage(g, *saved);
+  for (const std::string& item : saved->items) g.List1.AddItem(item);
+  FinishLoad(p, g);
+}
+
+void frmgame::Image2_Click(Program& p) {
+  GameState g(p);
+  auto saved = OpenSave(p, g);
+  if (!saved) return;
+  RestorePage(g, *saved);
+  FinishLoad(p, g);
+  PictureBox(p.surface(), kForm, "Picture2").SetVisible(false);
+}
+
+}  // namespace fw

@@ -1,0 +1,36 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace fw {
+
+class Program;
+
+// The contents of a *.sav, decoded: the text fields in the order of the
+// record layout and the key items in list order.
+struct SavedGame {
+  std::string room, options[4], page, score;
+  std::string name, hp, attack, defence, level;
+  std::vector<std::string> items;
+};
+
+// Reads and checks the whole file. nullopt when it fails the validity test
+// (no page text and no first option), a value cannot be decoded, or the hit
+// points are neither blank nor a number.
+std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file);
+
+namespace frmgame {
+
+// Save Current Game, from the menu and from the picture menu.
+void mnusave_Click(Program& p);
+void Image6_Click(Program& p);
+
+// Load Saved Game: the page, the key items and the character.
+void mnuload_Click(Program& p);
+
+// The picture menu's load: the page alone.
+void Image2_Click(Program& p);
+
+}  // namespace frmgame
+}  // namespace fw

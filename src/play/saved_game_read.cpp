@@ -1,0 +1,52 @@
+#include <algorithm>
+#include <string>
+
+#include "play/saved_game.h"
+#include "shell/convert.h"
+#include "shell/failure.h"
+#include "shell/program.h"
+#include "store/records.h"
+#include "store/scrambler.h"
+
+namespace fw {
+namespace {
+
+// The key items: with a count, the indices below it that hold an item; with
+// none, indices from 0 up to the first blank one.
+std::vector<std::string> ReadItems(Program& p, const std::string& file) {
+  std::vector<std::string> items;
+  std::string count = p.ReadINI(file, "saved game", "HowMuchInList");
+  auto n = ParseNumber(count);
+  bool counted = n && *n >= 0 && *n == static_cast<long>(*n) && NumberText(*n) == count;
+  // A list holds at most 32,767 items, which also bounds a damaged count.
+  long end = counted ? std::min(static_cast<long>(*n), 32767L) : -1;
+  for (long i = 0; counted ? i < end : true; ++i) {
+    std::string item = p.ReadINI(file, kListDataSection, std::to_string(i));
+    if (!counted && item.empty()) break;
+    if (!item.empty()) items.push_back(item);
+  }
+  return items;
+}
+
+}  // namespace
+
+std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file) {
+  auto read = [&](const char* section, const char* key) { return p.ReadINI(file, section, key); };
+  if (read("saved game", "room").empty() && read("saved game", "option 1").empty()) return std::nullopt;
+  SavedGame g;
+  std::string* fields[] = {&g.room, &g.options[0], &g.options[1], &g.options[2], &g.options[3], &g.page,
+                           &g.score, nullptr, &g.name, &g.hp, &g.attack, &g.defence, &g.level};
+  int i = 0;
+  try {
+    for (const RecordKey& k : kSavedGameKeys) {
+      if (std::string* field = fields[i++]) *field = Decode(read(k.section, k.key));
+    }
+  } catch (const Failure&) {
+    return std::nullopt;
+  }
+  if (!g.hp.empty() && !ParseNumber(g.hp)) return std::nullopt;
+  g.items = ReadItems(p, file);
+  return g;
+}
+
+}  // namespace fw
