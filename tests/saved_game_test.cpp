@@ -78,3 +78,39 @@ TEST_F(SavedGames, ValueThatCannotBeScrambledWritesNothing) {
 
 }  // namespace
 }  // namespace fw
+
+namespace fw {
+namespace {
+
+TEST(SavedGameFile, WorkedExampleByteForByte) {
+  testing::TestProgram t{AllForms()};
+  Program& p = t.program;
+  GameState g{p};
+  std::string quest = (t.dir.path / "q.fbw").string(), sav = (t.dir.path / "cave.sav").string();
+  std::ofstream(quest) << "[7]\r\nPage Text=A dark cave.\r\n";
+  g.questfil.SetCaption(quest);
+  g.pg.SetCaption("7");
+  g.score.SetCaption("12");
+  g.room.SetText("A dark cave.");
+  g.Option1.SetCaption("Go north");
+  g.Option2.SetCaption("Go back");
+  g.Text6.SetText("Thera");
+  g.Text5.SetText("33");
+  g.Text4.SetText("15");
+  g.Text3.SetText("14");
+  g.Text7.SetText("1");
+  g.List1.AddItem("Rusty Key");
+  g.List1.AddItem("Map");
+  t.platform.dialogs.QueueFile("FrmGame.file", sav);
+  frmgame::mnusave_Click(p);
+  std::ifstream in(sav, std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(bytes,
+            "[saved game]\r\nroom==\x1c`]ng\x1c_]ra*\r\noption 1=Ck\x1cjknpd\r\noption 2=Ck\x1c^]_g\r\n"
+            "option 3=\r\noption 4=\r\npage=3\r\nPoo=-.\r\nHowMuchInList=2\r\n"
+            "[CharacterData]\r\nCharName=Pdan]\r\nCharHp=//\r\nCharAtk=-1\r\nCharDef=-0\r\nCharLevel=-\r\n"
+            "[List Data]\r\n0=Rusty Key\r\n1=Map\r\n");
+}
+
+}  // namespace
+}  // namespace fw
