@@ -26,6 +26,10 @@ constexpr const char* kHelp =
     "Type the number of an option to choose it.\n"
     "  look    show the page and its options again\n"
     "  open    open another quest file\n"
+    "  save    save the game       load    load a saved game\n"
+    "  items   list the key items  character  show the character\n"
+    "  create  commit the character  reroll  roll it again  close  close its panel\n"
+    "  attack  strike in a battle  escape  run from it\n"
     "  quit    leave the game\n"
     "  help    this list\n";
 
@@ -41,6 +45,10 @@ class TerminalGame {
   void ListOptions();
   void Choose(int n);
   void Command(const std::string& line);
+  bool PanelCommand(const std::string& line);
+  void Click(const char* control);
+  void ShowCharacter();
+  void ShowItems();
   bool Over();
 
   std::FILE* out_;
@@ -99,6 +107,17 @@ bool TerminalGame::Over() {
 
 void TerminalGame::ListOptions() {
   FormSurface& s = program_->surface();
+  // The panels cover the options: say what can be done instead.
+  if (s.Shown(s.Id("FrmGame", "CharCreate"))) {
+    ShowCharacter();
+    std::fputs("(The character panel is open: create, reroll, close or character.)\n", out_);
+    return;
+  }
+  if (s.Shown(s.Id("FrmGame", "BattleBox"))) {
+    std::fprintf(out_, "\n%s\n(A battle! Type attack or escape.)\n",
+                 Utf8FromCp1252(s.At(s.Id("FrmGame", "Text2")).caption).c_str());
+    return;
+  }
   if (!s.Shown(s.Id("FrmGame", "Option1")) && !s.Shown(s.Id("FrmGame", "Option2")) &&
       !s.Shown(s.Id("FrmGame", "Option3")) && !s.Shown(s.Id("FrmGame", "Option4"))) {
     std::fputs("\n(No options. Type open, quit or help.)\n", out_);
@@ -124,9 +143,58 @@ void TerminalGame::Choose(int n) {
   });
 }
 
+// A click the player could make on screen; refused when the control is not shown.
+void TerminalGame::Click(const char* control) {
+  FormSurface& s = program_->surface();
+  ControlId id = s.Id("FrmGame", control);
+  if (!s.Shown(id) || !s.At(id).enabled) {
+    std::fputs("That is not possible here.\n", out_);
+    return;
+  }
+  program_->RunEvent([&] { s.Raise(id, Event::Click); });
+}
+
+void TerminalGame::ShowCharacter() {
+  FormSurface& s = program_->surface();
+  auto text = [&](const char* name) { return Utf8FromCp1252(s.At(s.Id("FrmGame", name)).caption); };
+  const Control& hp = s.At(s.Id("FrmGame", "HPPlay"));
+  const Control& exp = s.At(s.Id("FrmGame", "exp"));
+  std::fprintf(out_, "Name: %s  Level: %s\nHit points: %s (now %g of %g)\nStrength: %s  Defence: %s  Exp: %g\n",
+               text("Text6").c_str(), text("Text7").c_str(), text("Text5").c_str(), hp.barValue, hp.barMax,
+               text("Text4").c_str(), text("Text3").c_str(), exp.barValue);
+}
+
+void TerminalGame::ShowItems() {
+  const Control& list = program_->surface().At(program_->surface().Id("FrmGame", "List1"));
+  if (list.list.empty()) std::fputs("You carry no key items.\n", out_);
+  for (const auto& item : list.list) std::fprintf(out_, "  %s\n", Utf8FromCp1252(item).c_str());
+}
+
+// The character, battle, inventory and saved game commands.
+bool TerminalGame::PanelCommand(const std::string& line) {
+  FormSurface& s = program_->surface();
+  if (line == "save") program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnusave"), Event::Click); });
+  else if (line == "load") program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnuload"), Event::Click); });
+  else if (line == "items") ShowItems();
+  else if (line == "character") ShowCharacter();
+  else if (line == "create") Click("Command9");
+  else if (line == "reroll") Click("Command10");
+  else if (line == "close") Click("Image12");
+  else if (line == "escape") Click("Picture8");
+  else if (line == "attack") {
+    const std::string& log = s.At(s.Id("FrmGame", "Text2")).caption;
+    std::size_t seen = log.size();
+    Click("Picture7");
+    const std::string& after = s.At(s.Id("FrmGame", "Text2")).caption;
+    if (after.size() > seen) std::fprintf(out_, "%s\n", Utf8FromCp1252(after.substr(seen)).c_str());
+  } else return false;
+  return true;
+}
+
 void TerminalGame::Command(const std::string& line) {
   FormSurface& s = program_->surface();
-  if (line == "help" || line == "h" || line == "?") {
+  if (PanelCommand(line)) {
+  } else if (line == "help" || line == "h" || line == "?") {
     std::fputs(kHelp, out_);
   } else if (line == "look" || line == "l") {
     std::fprintf(out_, "\n%s\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "room")).caption).c_str());
