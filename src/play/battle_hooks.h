@@ -4,9 +4,8 @@ namespace fw {
 
 class Program;
 
-// Where the play engine hands over to the character and battle code. Until
-// that code lands these are the only steps of a page show or a quest start
-// that do nothing.
+// Where the play engine hands over to the character and battle code: a page
+// show starts a fight, a quest start rolls a character.
 
 // The fight of the page in pg: fills and shows the battle panel.
 void Battle(Program& p);
