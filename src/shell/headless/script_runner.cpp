@@ -58,7 +58,7 @@ class ScriptRunner {
       echo_ = std::make_unique<TranscriptEcho>(*program_, [this](const std::string& text) { out_ << text << std::flush; });
       program_->surface().SetObserver(echo_.get());
       platform_.dialogs.onBox = [this](const ShownBox& b) {
-        out_ << "[" << Utf8FromCp1252(b.title) << "] " << Utf8FromCp1252(b.prompt) << "\n";
+        out_ << "\n[" << Utf8FromCp1252(b.title) << "] " << Utf8FromCp1252(b.prompt) << "\n";
       };
     }
   }
