@@ -43,6 +43,7 @@ class TerminalGame {
   std::optional<int> Idle();
   void Settle();  // lets the option timer catch up after an action
   void ListOptions();
+  void ShowBattleLog();
   void Choose(int n);
   void Command(const std::string& line);
   bool PanelCommand(const std::string& line);
@@ -64,6 +65,7 @@ class TerminalGame {
   std::unique_ptr<Program> program_;
   std::unique_ptr<TranscriptEcho> echo_;
   std::string quest_;
+  std::string logShown_;  // the battle log as far as it was printed
 };
 
 TerminalGame::TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out)
@@ -99,6 +101,20 @@ void TerminalGame::Settle() {
   }
 }
 
+// Prints what the battle log gained since it was last shown; a new fight's
+// log is shown whole.
+void TerminalGame::ShowBattleLog() {
+  FormSurface& s = program_->surface();
+  const std::string& log = s.At(s.Id("FrmGame", "Text2")).caption;
+  std::string_view fresh = log;
+  if (log.starts_with(logShown_)) fresh.remove_prefix(logShown_.size());
+  std::string text;
+  for (char c : Utf8FromCp1252(fresh))
+    if (c != '\r') text += c;
+  if (!text.empty()) std::fprintf(out_, "%s%s\n", text.front() == '\n' ? "" : "\n", text.c_str());
+  logShown_ = log;
+}
+
 bool TerminalGame::Over() {
   FormSurface& s = program_->surface();
   int game = s.FindForm("FrmGame");
@@ -114,8 +130,8 @@ void TerminalGame::ListOptions() {
     return;
   }
   if (s.Shown(s.Id("FrmGame", "BattleBox"))) {
-    std::fprintf(out_, "\n%s\n(A battle! Type attack or escape.)\n",
-                 Utf8FromCp1252(s.At(s.Id("FrmGame", "Text2")).caption).c_str());
+    ShowBattleLog();
+    std::fputs("(A battle! Type attack or escape.)\n", out_);
     return;
   }
   if (!s.Shown(s.Id("FrmGame", "Option1")) && !s.Shown(s.Id("FrmGame", "Option2")) &&
@@ -182,11 +198,8 @@ bool TerminalGame::PanelCommand(const std::string& line) {
   else if (line == "close") Click("Image12");
   else if (line == "escape") Click("Picture8");
   else if (line == "attack") {
-    const std::string& log = s.At(s.Id("FrmGame", "Text2")).caption;
-    std::size_t seen = log.size();
     Click("Picture7");
-    const std::string& after = s.At(s.Id("FrmGame", "Text2")).caption;
-    if (after.size() > seen) std::fprintf(out_, "%s\n", Utf8FromCp1252(after.substr(seen)).c_str());
+    ShowBattleLog();  // the round's lines, also when they end the fight
   } else return false;
   return true;
 }
