@@ -110,6 +110,18 @@ TEST_F(ProfileFiles, ReadsCreateNothingAndWritesCreateTheFile) {
   EXPECT_EQ(FilesIn(dir.str()), 2);
 }
 
+TEST_F(ProfileFiles, SeveralKeysGoInAsOneChangeOrNotAtAll) {
+  std::string save = dir.str() + "/g.sav";
+  store.WriteINI(save, "List Data", "2", "Rope");
+  const QuestStore::Entry keys[] = {{"saved game", "page", "3"}, {"", "ignored", "x"}, {"List Data", "0", "Key"}};
+  EXPECT_TRUE(store.WriteINIKeys(save, keys));
+  EXPECT_EQ(Slurp(save), "[List Data]\r\n2=Rope\r\n0=Key\r\n[saved game]\r\npage=3\r\n");
+  EXPECT_FALSE(store.WriteINIKeys(dir.str() + "/missing/g.sav", keys));
+  // Nothing to write touches nothing, not even a missing file.
+  EXPECT_TRUE(store.WriteINIKeys(dir.str() + "/none.sav", {}));
+  EXPECT_EQ(FilesIn(dir.str()), 2);  // the save and home
+}
+
 TEST_F(ProfileFiles, BareNamesLiveInTheUserFolderAndBackslashesAreFolders) {
   store.WriteINI("tmpquest.ini", "1", "Location", "Here");
   EXPECT_TRUE(std::filesystem::exists(home + "/tmpquest.ini"));

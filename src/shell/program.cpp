@@ -37,18 +37,23 @@ Program::Program(Services services, AppInfo app, std::span<const FormDef> forms)
       surface_(*this, forms),
       currentDir_(app_.currentDir) {}
 
+std::string Program::StorePath(std::string_view path) const {
+  if (HasDirectoryPart(path) && !IsAbsolute(path)) return Cp1252FromUtf8(currentDir_) + "/" + std::string(path);
+  return std::string(path);
+}
+
 std::string Program::ReadINI(std::string_view path, std::string_view section,
                              std::string_view key) const {
-  if (HasDirectoryPart(path) && !IsAbsolute(path))
-    return store_.ReadINI(Cp1252FromUtf8(currentDir_) + "/" + std::string(path), section, key);
-  return store_.ReadINI(path, section, key);
+  return store_.ReadINI(StorePath(path), section, key);
 }
 
 void Program::WriteINI(std::string_view path, std::string_view section, std::string_view key,
                        std::string_view value) const {
-  if (HasDirectoryPart(path) && !IsAbsolute(path))
-    return store_.WriteINI(Cp1252FromUtf8(currentDir_) + "/" + std::string(path), section, key, value);
-  store_.WriteINI(path, section, key, value);
+  store_.WriteINI(StorePath(path), section, key, value);
+}
+
+bool Program::WriteINIKeys(std::string_view path, std::span<const QuestStore::Entry> entries) const {
+  return store_.WriteINIKeys(StorePath(path), entries);
 }
 
 void Program::Start() {

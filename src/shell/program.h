@@ -54,6 +54,8 @@ class Program {
   std::string ReadINI(std::string_view path, std::string_view section, std::string_view key) const;
   void WriteINI(std::string_view path, std::string_view section, std::string_view key,
                 std::string_view value) const;
+  // Several keys as one change; false when the file could not be written.
+  bool WriteINIKeys(std::string_view path, std::span<const QuestStore::Entry> entries) const;
 
   // -- App.
   const std::string& AppPath() const { return app_.path; }
@@ -119,6 +121,9 @@ class Program {
     std::function<void(Program&)> callback;
   };
   bool ShowFileDialog(ControlId dialog, bool save);
+  // A profile path as the store takes it: a relative one with a folder part
+  // is taken from the current folder.
+  std::string StorePath(std::string_view path) const;
 
   Services services_;
   AppInfo app_;

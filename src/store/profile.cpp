@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <string>
@@ -108,29 +109,38 @@ std::string QuestStore::ReadINI(std::string_view path, std::string_view section,
 
 void QuestStore::WriteINI(std::string_view path, std::string_view section, std::string_view key,
                           std::string_view value) const {
-  if (path.empty() || section.empty() || key.empty()) return;
+  const Entry entry{section, key, value};
+  WriteINIKeys(path, {&entry, 1});
+}
+
+bool QuestStore::WriteINIKeys(std::string_view path, std::span<const Entry> entries) const {
+  auto named = [](const Entry& e) { return !e.section.empty() && !e.key.empty(); };
+  if (std::none_of(entries.begin(), entries.end(), named)) return true;
+  if (path.empty()) return false;
   std::string host = Resolve(path);
   // The lock is on the folder: a rename replaces the file, not its folder.
   Fd folder{::open(FolderOf(host).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
-  if (folder.fd < 0) return;
+  if (folder.fd < 0) return false;
   while (::flock(folder.fd, LOCK_EX) != 0)
-    if (errno != EINTR) return;
+    if (errno != EINTR) return false;
   std::string text;
   struct stat st;
   bool exists = false;
   {
     Fd in{::open(host.c_str(), O_RDONLY | O_CLOEXEC)};
     if (in.fd >= 0) {
-      if (!ReadAll(in.fd, text) || ::fstat(in.fd, &st) != 0) return;
+      if (!ReadAll(in.fd, text) || ::fstat(in.fd, &st) != 0) return false;
       exists = true;
     } else if (errno != ENOENT) {
-      return;
+      return false;
     }
   }
-  std::string updated = SetProfileValue(text, section, key, value);
-  if (exists && updated == text) return;
-  if (!ReplaceAtomically(host, updated, folder.fd, exists ? &st : nullptr) && exists)
-    RewriteInPlace(host, updated);
+  std::string updated = text;
+  for (const Entry& e : entries)
+    if (named(e)) updated = SetProfileValue(updated, e.section, e.key, e.value);
+  if (exists && updated == text) return true;
+  if (ReplaceAtomically(host, updated, folder.fd, exists ? &st : nullptr)) return true;
+  return exists && RewriteInPlace(host, updated);
 }
 
 }  // namespace fw

@@ -1,4 +1,5 @@
 #pragma once
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,14 @@ class QuestStore {
   // one or the new one, never a torn mix.
   void WriteINI(std::string_view path, std::string_view section, std::string_view key,
                 std::string_view value) const;
+
+  // One key to write, as WriteINI takes it.
+  struct Entry {
+    std::string_view section, key, value;
+  };
+  // Writes the keys in order as one change: the file on disk is the old one or
+  // the one with every key written. False when the file could not be written.
+  bool WriteINIKeys(std::string_view path, std::span<const Entry> entries) const;
 
   // The host path a profile path names: a bare name lies in userDir.
   std::string Resolve(std::string_view path) const;
