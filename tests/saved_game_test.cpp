@@ -1,5 +1,4 @@
-// The short load, which no script reaches while the picture menu is hidden
-// with a quest open, and the save's refusals and its keeping of old keys.
+// The save's refusals, and the worked example of the record format byte for byte.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -40,31 +39,14 @@ class SavedGames : public ::testing::Test {
   }
 };
 
-TEST_F(SavedGames, ShortLoadRestoresThePageAlone) {
+TEST_F(SavedGames, SaveThatCannotBeWrittenSaysSoAndWritesNoEntry) {
+  sav = (t.dir.path / "no such folder" / "game.sav").string();
+  std::string before = g.Text1.Text();
   Save();
-  EXPECT_EQ(p.ReadINI(sav, "saved game", "HowMuchInList"), "3");
-  EXPECT_EQ(p.ReadINI(sav, "List Data", "1"), "");
-  EXPECT_EQ(p.ReadINI(sav, "List Data", "2"), "Rope");
-  g.pg.SetCaption("9");
-  g.score.SetCaption("0");
-  g.HPPlay.SetValue(7);
-  t.platform.dialogs.QueueFile("FrmGame.file", sav);
-  frmgame::Image2_Click(p);
-  EXPECT_EQ(g.pg.Caption(), "3");
-  EXPECT_EQ(g.score.Caption(), "4");
-  EXPECT_EQ(g.HPPlay.Value(), 7.0f);
-  EXPECT_EQ(g.List1.ListCount(), 3);
-  EXPECT_FALSE(PictureBox(p.surface(), "FrmGame", "Picture2").Visible());
-}
-
-TEST_F(SavedGames, ShorterSaveOverALongerOneKeepsTheHigherItems) {
-  Save();
-  g.List1.Clear();
-  g.List1.AddItem("Key");
-  Save();
-  EXPECT_EQ(p.ReadINI(sav, "saved game", "HowMuchInList"), "1");
-  EXPECT_EQ(p.ReadINI(sav, "List Data", "0"), "Key");
-  EXPECT_EQ(p.ReadINI(sav, "List Data", "2"), "Rope");
+  ASSERT_EQ(t.platform.dialogs.unchecked().size(), 1u);
+  EXPECT_EQ(t.platform.dialogs.unchecked().front().prompt, "The saved game " + sav + " could not be written.");
+  EXPECT_EQ(t.platform.dialogs.unchecked().front().style, 16);
+  EXPECT_EQ(g.Text1.Text(), before);
 }
 
 TEST_F(SavedGames, ValueThatCannotBeScrambledWritesNothing) {

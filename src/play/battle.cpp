@@ -7,6 +7,7 @@
 #include "media/page_media.h"
 #include "play/battle_hooks.h"
 #include "play/battle_rules.h"
+#include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"

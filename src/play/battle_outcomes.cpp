@@ -3,6 +3,8 @@
 #include <string>
 
 #include "play/battle_rules.h"
+#include "play/character.h"
+#include "play/draws.h"
 #include "play/choose_option.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
@@ -18,17 +20,6 @@ constexpr const char* kForm = "FrmGame";
 constexpr const char* kSection = "CharacterData";
 
 void HideBattleBox(Program& p) { PictureBox(p.surface(), kForm, "BattleBox").SetVisible(false); }
-
-// Adds draws of size n to the field until one lies above floor; every draw
-// counts, the rejected ones too.
-void GrowBy(Program& p, const TextBox& field, int n, int floor) {
-  p.Randomize();
-  int draw = 0;
-  do {
-    draw = DrawOf(p, n);
-    field.SetText(NumberText(NumberOr0(field.Text()) + draw));
-  } while (draw <= floor);
-}
 
 // The panel's third face: only the close image and Save Character.
 void ShowLevelFace(Program& p) {
@@ -48,15 +39,8 @@ void LevelGain(Program& p, const GameState& g) {
   GrowBy(p, g.Text4, 5, 1);
   GrowBy(p, g.Text3, 5, 1);
   g.Text7.SetText(NumberText(NumberOr0(g.Text7.Text()) + 1));
-  p.WriteINI(g.questfil.Caption(), kSection, "CharHp", g.Text5.Text());
-  p.WriteINI(g.questfil.Caption(), kSection, "CharAtk", g.Text4.Text());
-  p.WriteINI(g.questfil.Caption(), kSection, "CharDef", g.Text3.Text());
-  p.WriteINI(g.questfil.Caption(), kSection, "CharLevel", g.Text7.Text());
-  Skip([&] {
-    float hp = ToSingle(g.Text5.Text());
-    g.HPPlay.SetMax(hp);
-    g.HPPlay.SetValue(hp);
-  });
+  WriteCharacterToQuest(p, g, 1);  // all but the name
+  FillHitPoints(g);
   ShowLevelFace(p);
 }
 

@@ -9,15 +9,6 @@ struct GameState;
 
 // The numbers and tests the fight shares with its outcomes.
 
-// floor(Rnd x n): a whole number from 0 to n - 1.
-int DrawOf(Program& p, int n);
-
-// A hit draw after a reseed: 26 to 99, where 30 or less is a miss.
-int HitDraw(Program& p);
-
-// A damage roll after a reseed: 2 to 9.
-int DamageRoll(Program& p);
-
 // A value the fight needs as a number; blank or non-numeric counts as 0.
 double NumberOr0(std::string_view text);
 

@@ -1,11 +1,12 @@
 #include "play/character.h"
 
 #include <array>
-#include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "play/battle_hooks.h"
+#include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "shell/convert.h"
@@ -33,20 +34,6 @@ constexpr std::array<Field, 5> kFields{{
     {&GameState::Text3, "CharDef", "Defence"},
     {&GameState::Text7, "CharLevel", "Level"},
 }};
-
-// floor(Rnd x n): 0 to n - 1.
-int Draw(Program& p, int n) { return static_cast<int>(std::floor(static_cast<double>(p.Rnd()) * n)); }
-
-// One loop of Re-Roll: a fresh seed, then draws shown at once until one is
-// above the floor, so a rejected value flashes in the field.
-void RollInto(Program& p, const TextBox& box, int size, int floor) {
-  p.Randomize();
-  int value = 0;
-  do {
-    value = Draw(p, size);
-    box.SetText(std::to_string(value));
-  } while (value <= floor);
-}
 
 // The first two refusals shared by Load and Save Character; true when the
 // command may go on.
@@ -96,6 +83,7 @@ void SaveCharacter(Program& p) {
   auto file = PickCharFile(p, true);
   if (!file) return;
   std::array<std::string, 5> encoded;
+  std::array<QuestStore::Entry, 5> entries;
   for (std::size_t i = 0; i < kFields.size(); ++i) {
     try {
       encoded[i] = Encode((g.*kFields[i].box).Text());
@@ -105,11 +93,31 @@ void SaveCharacter(Program& p) {
                16, "Error Saving Character:");
       return;
     }
+    entries[i] = {kSection, kFields[i].key, encoded[i]};
   }
-  for (std::size_t i = 0; i < kFields.size(); ++i) p.WriteINI(*file, kSection, kFields[i].key, encoded[i]);
+  if (!p.WriteINIKeys(*file, entries))
+    p.MsgBox("The character file " + *file + " could not be written.", 16, "Error Saving Character:");
 }
 
 }  // namespace
+
+void WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first) {
+  std::array<std::string, 5> values;
+  std::vector<QuestStore::Entry> entries;
+  for (std::size_t i = first; i < kFields.size(); ++i) {
+    values[i] = (g.*kFields[i].box).Text();
+    entries.push_back({kSection, kFields[i].key, values[i]});
+  }
+  p.WriteINIKeys(g.questfil.Caption(), entries);
+}
+
+void FillHitPoints(const GameState& g) {
+  Skip([&] {
+    float hp = ToSingle(g.Text5.Text());
+    g.HPPlay.SetMax(hp);
+    g.HPPlay.SetValue(hp);
+  });
+}
 
 void frmgame::Command10_Click(Program& p) {
   GameState g(p);
@@ -120,13 +128,8 @@ void frmgame::Command10_Click(Program& p) {
 
 void frmgame::Command9_Click(Program& p) {
   GameState g(p);
-  for (const Field& f : kFields) p.WriteINI(g.questfil.Caption(), kSection, f.key, (g.*f.box).Text());
-  // A hit point text that is no number leaves the gauge as it was.
-  Skip([&] {
-    float hp = ToSingle(g.Text5.Text());
-    g.HPPlay.SetMax(hp);
-    g.HPPlay.SetValue(hp);
-  });
+  WriteCharacterToQuest(p, g);
+  FillHitPoints(g);
   PictureBox(p.surface(), kForm, "CharCreate").SetVisible(false);
   CommandButton(p.surface(), kForm, "Command11").SetEnabled(false);
 }

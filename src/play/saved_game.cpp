@@ -1,8 +1,7 @@
 #include "play/saved_game.h"
 
-#include <filesystem>
-
 #include "media/midi_api.h"
+#include "play/character.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
@@ -47,21 +46,21 @@ bool EncodeAll(std::vector<std::string>& values, std::string& badKey) {
   return true;
 }
 
-// Written beside the target and moved over it at the end, so a save that
-// fails halfway leaves the old file whole. The old file is the starting
-// point: keys this save does not write stay, as the format asks.
-void WriteSave(Program& p, const GameState& g, const std::string& target, const std::vector<std::string>& values) {
-  std::string temp = target + ".part";
-  std::string hostTarget = p.HostFile(target), hostTemp = p.HostFile(temp);
-  std::error_code ec;
-  std::filesystem::remove(hostTemp, ec);
-  if (std::filesystem::exists(hostTarget)) p.FileCopy(target, temp);
+// The whole save goes to disk as one change, over the old file: keys this
+// save does not write stay, as the format asks, and a save that fails
+// leaves the old file whole.
+bool WriteSave(Program& p, const GameState& g, const std::string& target, const std::vector<std::string>& values) {
+  std::vector<QuestStore::Entry> entries;
   for (std::size_t i = 0; i < values.size(); ++i)
-    p.WriteINI(temp, kSavedGameKeys[i].section, kSavedGameKeys[i].key, values[i]);
-  for (int i = 0; i < g.List1.ListCount(); ++i)
-    if (!g.List1.List(i).empty()) p.WriteINI(temp, kListDataSection, std::to_string(i), g.List1.List(i));
-  std::filesystem::rename(hostTemp, hostTarget, ec);
-  if (ec) throw Failure("Cannot replace " + target);
+    entries.push_back({kSavedGameKeys[i].section, kSavedGameKeys[i].key, values[i]});
+  std::vector<std::string> items, indices;
+  for (int i = 0; i < g.List1.ListCount(); ++i) {
+    if (g.List1.List(i).empty()) continue;
+    items.push_back(g.List1.List(i));
+    indices.push_back(std::to_string(i));
+  }
+  for (std::size_t i = 0; i < items.size(); ++i) entries.push_back({kListDataSection, indices[i], items[i]});
+  return p.WriteINIKeys(target, entries);
 }
 
 // The file the player picks, after the start-of-command checks; nullopt
@@ -99,17 +98,14 @@ void RestorePage(const GameState& g, const SavedGame& s) {
 }
 
 void RestoreCharacter(Program& p, const GameState& g, const SavedGame& s) {
-  const std::pair<const TextBox*, const std::string*> fields[] = {
-      {&g.Text6, &s.name}, {&g.Text5, &s.hp}, {&g.Text4, &s.attack}, {&g.Text3, &s.defence}, {&g.Text7, &s.level}};
-  const char* keys[] = {"CharName", "CharHp", "CharAtk", "CharDef", "CharLevel"};
-  for (auto [box, value] : fields) box->SetText(*value);
-  for (int i = 0; i < 5; ++i) p.WriteINI(g.questfil.Caption(), "CharacterData", keys[i], *fields[i].second);
+  g.Text6.SetText(s.name);
+  g.Text5.SetText(s.hp);
+  g.Text4.SetText(s.attack);
+  g.Text3.SetText(s.defence);
+  g.Text7.SetText(s.level);
+  WriteCharacterToQuest(p, g);
   // A save of a quest without a character has no hit points: the gauge stays.
-  Skip([&] {
-    float hp = ToSingle(s.hp);
-    g.HPPlay.SetMax(hp);
-    g.HPPlay.SetValue(hp);
-  });
+  FillHitPoints(g);
 }
 
 // The tune and picture of the loaded page; its track and movie do not start.
@@ -152,7 +148,10 @@ void frmgame::mnusave_Click(Program& p) {
              "Error Saving Game:");
     return;
   }
-  WriteSave(p, g, *file, values);
+  if (!WriteSave(p, g, *file, values)) {
+    p.MsgBox("The saved game " + *file + " could not be written.", 16, "Error Saving Game:");
+    return;
+  }
   TranscriptEntry(p, g, "Saved Successfully.");
 }
 

@@ -11,19 +11,19 @@
 namespace fw {
 namespace {
 
-// The key items: with a count, the indices below it that hold an item; with
-// none, indices from 0 up to the first blank one.
+// The key items: with a count, the indices from -1 up to below it that hold
+// an item; with none, indices from 0 up to the first blank one.
 std::vector<std::string> ReadItems(Program& p, const std::string& file) {
   std::vector<std::string> items;
   std::string count = p.ReadINI(file, "saved game", "HowMuchInList");
   auto n = ParseNumber(count);
   bool counted = n && *n >= 0 && *n == static_cast<long>(*n) && NumberText(*n) == count;
   // A list holds at most 32,767 items, which also bounds a damaged count.
-  long end = counted ? std::min(static_cast<long>(*n), 32767L) : -1;
-  for (long i = 0; counted ? i < end : true; ++i) {
+  long end = counted ? std::min(static_cast<long>(*n), 32767L) : 32767L;
+  for (long i = counted ? -1 : 0; i < end; ++i) {
     std::string item = p.ReadINI(file, kListDataSection, std::to_string(i));
-    if (!counted && item.empty()) break;
     if (!item.empty()) items.push_back(item);
+    else if (!counted) break;
   }
   return items;
 }
