@@ -10,6 +10,7 @@
 #include "play/page_view.h"
 #include "play/saved_game.h"
 #include "play/start_quest.h"
+#include "shell/game_panels.h"
 
 namespace fw {
 namespace {
@@ -43,6 +44,11 @@ constexpr HandlerDecl kHandlers[] = {
     {"Image6", Event::Click, Image6_Click},
     {"mnuload", Event::Click, mnuload_Click},
     {"Image2", Event::Click, Image2_Click},
+    {"Image4", Event::Click, Image4_Click},
+    {"Image5", Event::Click, Image5_Click},
+    {"Picture3", Event::Click, Picture3_Click},
+    {"Command6", Event::Click, Command6_Click},
+    {"Picture6", Event::Click, Picture6_Click},
 };
 
 }  // namespace
