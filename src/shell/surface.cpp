@@ -170,6 +170,38 @@ bool FormSurface::Shown(ControlId id) {
   return true;
 }
 
+namespace {
+
+// The visible panel that lies over a control's middle, if any: a panel of
+// the form declared after the control's own top-level ancestor stacks above it.
+const char* CoveringPanel(const FormState& f, int index) {
+  if (f.controls[index].decl->kind == Kind::Menu) return nullptr;
+  float x = f.controls[index].width / 2, y = f.controls[index].height / 2;
+  int top = index;
+  for (int i = index; i >= 0; i = f.controls[i].parent) {
+    x += f.controls[i].left;
+    y += f.controls[i].top;
+    top = i;
+  }
+  for (std::size_t i = top + 1; i < f.controls.size(); ++i) {
+    const Control& c = f.controls[i];
+    if (c.parent >= 0 || c.decl->kind != Kind::PictureBox || !c.visible) continue;
+    if (x >= c.left && x < c.left + c.width && y >= c.top && y < c.top + c.height) return c.decl->name;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string FormSurface::Unreachable(ControlId id) {
+  if (!Shown(id)) return "is not on screen";
+  FormState& f = Form(id.form);
+  for (int i = id.index; i >= 0; i = f.controls[i].parent)
+    if (!f.controls[i].enabled) return "is disabled";
+  if (const char* panel = CoveringPanel(f, id.index)) return std::string("is covered by ") + panel;
+  return "";
+}
+
 void FormSurface::Changed(ControlId id, Prop prop) { observer_->ControlChanged(id, prop); }
 
 void FormSurface::FormChanged(int form, Prop prop) { observer_->FormChanged(form, prop); }

@@ -121,6 +121,9 @@ class FormSurface {
   Control& At(ControlId id);
   // Visible on screen: itself, every container above it, and its form.
   bool Shown(ControlId id);
+  // Why the user cannot click the control: "" when they can, otherwise "is
+  // not on screen", "is disabled" or "is covered by PANEL".
+  std::string Unreachable(ControlId id);
 
   void SetCaption(ControlId id, std::string_view text);
   void SetText(ControlId id, std::string_view text);  // raises Change when it differs

@@ -73,7 +73,6 @@ class ScriptRunner {
   void Start();
   ControlId ControlOf(const std::string& target);
   ControlId ReachableControl(const std::string& target, std::initializer_list<Kind> kinds);
-  static const char* CoveringPanel(const FormState& f, int index);
   std::string Value(const std::string& target);
   std::string MidiField(const std::string& name);
   std::string ScriptPath(const std::string& path) const;
@@ -252,31 +251,8 @@ ControlId ScriptRunner::ReachableControl(const std::string& target, std::initial
   Kind kind = s.Decl(id).kind;
   if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end())
     Error(target + " is a " + KindName(kind) + ", which does not take that action");
-  if (!s.Shown(id)) Error(target + " is not on screen");
-  FormState& f = s.Form(id.form);
-  for (int i = id.index; i >= 0; i = f.controls[i].parent)
-    if (!f.controls[i].enabled) Error(target + " is disabled");
-  if (const char* panel = CoveringPanel(f, id.index)) Error(target + " is covered by " + panel);
+  if (std::string why = s.Unreachable(id); !why.empty()) Error(target + " " + why);
   return id;
-}
-
-// The visible panel that lies over a control's middle, if any: a panel of
-// the form declared after the control's own top-level ancestor stacks above it.
-const char* ScriptRunner::CoveringPanel(const FormState& f, int index) {
-  if (f.controls[index].decl->kind == Kind::Menu) return nullptr;
-  float x = f.controls[index].width / 2, y = f.controls[index].height / 2;
-  int top = index;
-  for (int i = index; i >= 0; i = f.controls[i].parent) {
-    x += f.controls[i].left;
-    y += f.controls[i].top;
-    top = i;
-  }
-  for (std::size_t i = top + 1; i < f.controls.size(); ++i) {
-    const Control& c = f.controls[i];
-    if (c.parent >= 0 || c.decl->kind != Kind::PictureBox || !c.visible) continue;
-    if (x >= c.left && x < c.left + c.width && y >= c.top && y < c.top + c.height) return c.decl->name;
-  }
-  return nullptr;
 }
 
 std::string ScriptRunner::Value(const std::string& target) {
