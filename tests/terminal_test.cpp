@@ -6,14 +6,16 @@
 #include <fstream>
 #include <string>
 
+#include "store/profile.h"
 #include "test_program.h"
 
 namespace fw {
 namespace {
 
 // Runs the player with the given input; gives everything it printed.
-std::string Play(const std::string& quest, const std::string& input, const std::string& home) {
-  std::string command = "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent '" + quest +
+std::string Play(const std::string& quest, const std::string& input, const std::string& home,
+                 const std::string& options = "") {
+  std::string command = "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent " + options + " '" + quest +
                         "' --home '" + home + "' 2>/dev/null";
   std::FILE* pipe = ::popen(command.c_str(), "r");
   std::string out;
@@ -48,6 +50,46 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
       << out;
   EXPECT_NE(out.find("Open file (*.fbw), empty to cancel: "), std::string::npos) << out;
   EXPECT_EQ(out.find('\x1b'), std::string::npos) << "control codes in a pipe";
+}
+
+// Each expected piece of output, in this order.
+void ExpectInOrder(const std::string& out, std::initializer_list<std::string> pieces) {
+  std::size_t at = 0;
+  for (const std::string& piece : pieces) {
+    std::size_t found = out.find(piece, at);
+    ASSERT_NE(found, std::string::npos) << "missing, or out of order: " << piece << "\n" << out;
+    at = found + piece.size();
+  }
+}
+
+TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/bat.fbw";
+  std::ofstream(quest, std::ios::binary)
+      << "[Story Info]\r\nTitle=Bat Cave\r\n[CharacterData]\r\nCharCreateAllow=1\r\nCharName=Hero\r\n"
+         "[1]\r\nLocation=Cave mouth\r\nPage Text=Wings flutter inside.\r\n"
+         "Option One=Go in\r\nOption One Destination Page=2\r\n"
+         "[2]\r\nLocation=Cave\r\nPage Text=A bat swoops.\r\nBattle=1\r\nBattleMonName=Bat\r\nBattleMonHp=1\r\n"
+         "BattleMonAtk=0\r\nBattleMonExp=100\r\nBattleMonKeyItem=Bat wing\r\nBattleWin=3\r\n"
+         "[3]\r\nLocation=Deep cave\r\nPage Text=It is quiet now.\r\nOption One=Leave\r\nOption One Destination Page=1\r\n";
+  std::string sav = dir.str() + "/bat.sav";
+  // With the seed fixed the fight is the same every run; a monster of one hit
+  // point that cannot hurt falls to the first blow that lands.
+  std::string out = Play(quest,
+                         "attack\nname Ana\ncreate\n1\nattack\nattack\nattack\nclose\nitems\ncharacter\n"
+                         "save\n" + sav + "\nload\n" + sav + "\nitems\nq\ny\n",
+                         dir.str(), "--seed 7");
+  ExpectInOrder(out, {"Name: Hero  Level: 1",
+                      "(Character panel: name NAME, reroll, create, save character, load character.)",
+                      "That is not possible here.", "Name: Ana  Level: 1", "  1. Go in",
+                      "You are under attack from Bat!\n(A battle! Type attack or escape.)",
+                      "[Fablewright 2004] You have gained a level!", "You have won the battle!",
+                      ">\nDeep cave\n>\nIt is quiet now.\nName: Ana  Level: 2",
+                      "(Character panel: name NAME, save character, close.)", "  1. Leave", "  Bat wing\n",
+                      "Name: Ana  Level: 2", "Exp: 0 of 100", "Saved Successfully.", "Loaded Successfully.",
+                      "  Bat wing\n  Bat wing\n"});
+  EXPECT_NE(out.find("HP: "), std::string::npos) << out;
+  EXPECT_EQ(QuestStore(dir.str()).ReadINI(sav, "List Data", "0"), "Bat wing");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ constexpr const char* kUsage =
     "Usage:\n"
     "  fablewright [--app-dir DIR] [--home DIR]\n"
     "      Opens the game window (on a desktop) or plays in the terminal (without one).\n"
-    "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent]\n"
+    "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
     "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
     "      Runs a test script against the program, headless, on a virtual clock.\n"
@@ -76,6 +76,11 @@ int Script(const std::vector<std::string>& args) {
   return fw::RunScript(file, options, std::cout, std::cerr);
 }
 
+// A seed: one to nine digits.
+bool IsSeed(const std::string& s) {
+  return !s.empty() && s.size() <= 9 && s.find_first_not_of("0123456789") == std::string::npos;
+}
+
 int Play(const std::vector<std::string>& args) {
   fw::TerminalOptions options;
   std::filesystem::path self = SelfPath();
@@ -85,6 +90,8 @@ int Play(const std::vector<std::string>& args) {
     if (Folders(args, i, options.appDir, options.home)) continue;
     if (args[i] == "--silent") {
       options.sound = false;
+    } else if (args[i] == "--seed" && i + 1 < args.size() && IsSeed(args[i + 1])) {
+      options.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
     } else if (options.quest.empty() && !args[i].starts_with("--")) {
       options.quest = args[i];
     } else {
@@ -116,7 +123,7 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
   options.home = UserDir(options.home);
   if (fw::DisplayAvailable()) return fw::RunDesktop(options, argc, argv);
   std::cerr << "fablewright: no display; playing in the terminal instead\n";
-  return fw::PlayInTerminal({"", options.appDir, options.exeName, options.home, true}, 0, stdout);
+  return fw::PlayInTerminal({"", options.appDir, options.exeName, options.home, true, {}}, 0, stdout);
 }
 
 }  // namespace

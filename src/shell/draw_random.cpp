@@ -16,6 +16,7 @@ float DrawRandom::Rnd() {
 }
 
 void DrawRandom::Randomize(double seed) {
+  if (fixedSeed_) seed = *fixedSeed_;
   std::uint64_t bits;
   std::memcpy(&bits, &seed, sizeof bits);
   // The count keeps two reseeds at the same instant (three in a row on a

@@ -8,18 +8,25 @@ namespace fw {
 
 class Program;
 
-// Hands on what the game's transcript gains, as it gains it, in UTF-8 with
-// plain line feeds: how the terminal and a script run show the game.
+// Hands on what the game's transcript and the battle log gain, as they gain
+// it, in UTF-8 with plain line feeds: how the terminal and a script run show
+// the game. A fight's log starts on a line of its own.
 class TranscriptEcho : public SurfaceObserver {
  public:
   TranscriptEcho(Program& p, std::function<void(const std::string&)> write);
   void ControlChanged(ControlId id, Prop prop) override;
 
  private:
+  // One text box whose growth is echoed.
+  struct Echoed {
+    ControlId id;
+    std::size_t done = 0;
+  };
+  void Echo(Echoed& box, bool ownLine);
+
   Program& p_;
   std::function<void(const std::string&)> write_;
-  ControlId text1_;
-  std::size_t echoed_ = 0;
+  Echoed transcript_, battleLog_;
 };
 
 }  // namespace fw

@@ -28,8 +28,11 @@ constexpr const char* kHelp =
     "  open    open another quest file\n"
     "  save    save the game       load    load a saved game\n"
     "  items   list the key items  character  show the character\n"
-    "  create  commit the character  reroll  roll it again  close  close its panel\n"
     "  attack  strike in a battle  escape  run from it\n"
+    "  On the character panel:\n"
+    "  name TEXT  name the character   reroll  roll new numbers\n"
+    "  create  commit the character    close   close the panel\n"
+    "  save character, load character  keep it in a .cha file\n"
     "  quit    leave the game\n"
     "  help    this list\n";
 
@@ -43,11 +46,14 @@ class TerminalGame {
   std::optional<int> Idle();
   void Settle();  // lets the option timer catch up after an action
   void ListOptions();
-  void ShowBattleLog();
+  void ShowPanel();
   void Choose(int n);
   void Command(const std::string& line);
   bool PanelCommand(const std::string& line);
   void Click(const char* control);
+  bool Reachable(const char* control);
+  bool Shown(const char* control);
+  std::string Text(const char* control);
   void ShowCharacter();
   void ShowItems();
   bool Over();
@@ -65,11 +71,12 @@ class TerminalGame {
   std::unique_ptr<Program> program_;
   std::unique_ptr<TranscriptEcho> echo_;
   std::string quest_;
-  std::string logShown_;  // the battle log as far as it was printed
+  std::string panelShown_;  // the character panel as last printed
 };
 
 TerminalGame::TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out)
     : out_(out), input_(inputFd, [this] { return Idle(); }), dialogs_(input_, out), quest_(o.quest) {
+  if (o.seed) random_.FixSeed(*o.seed);
   random_.Randomize(clock_.Now());
   if (o.sound) sequencer_ = std::make_unique<FluidSequencer>(true);
   else sequencer_ = std::make_unique<HeadlessSequencer>();
@@ -101,20 +108,6 @@ void TerminalGame::Settle() {
   }
 }
 
-// Prints what the battle log gained since it was last shown; a new fight's
-// log is shown whole.
-void TerminalGame::ShowBattleLog() {
-  FormSurface& s = program_->surface();
-  const std::string& log = s.At(s.Id("FrmGame", "Text2")).caption;
-  std::string_view fresh = log;
-  if (log.starts_with(logShown_)) fresh.remove_prefix(logShown_.size());
-  std::string text;
-  for (char c : Utf8FromCp1252(fresh))
-    if (c != '\r') text += c;
-  if (!text.empty()) std::fprintf(out_, "%s%s\n", text.front() == '\n' ? "" : "\n", text.c_str());
-  logShown_ = log;
-}
-
 bool TerminalGame::Over() {
   FormSurface& s = program_->surface();
   int game = s.FindForm("FrmGame");
@@ -122,28 +115,38 @@ bool TerminalGame::Over() {
 }
 
 void TerminalGame::ListOptions() {
-  FormSurface& s = program_->surface();
   // The panels cover the options: say what can be done instead.
-  if (s.Shown(s.Id("FrmGame", "CharCreate"))) {
-    ShowCharacter();
-    std::fputs("(The character panel is open: create, reroll, close or character.)\n", out_);
+  if (Shown("CharCreate")) return ShowPanel();
+  panelShown_.clear();
+  if (Shown("BattleBox")) {
+    std::fputs(Reachable("Picture8") ? "\n(A battle! Type attack or escape.)\n" : "\n(A battle! Type attack.)\n", out_);
     return;
   }
-  if (s.Shown(s.Id("FrmGame", "BattleBox"))) {
-    ShowBattleLog();
-    std::fputs("(A battle! Type attack or escape.)\n", out_);
-    return;
-  }
-  if (!s.Shown(s.Id("FrmGame", "Option1")) && !s.Shown(s.Id("FrmGame", "Option2")) &&
-      !s.Shown(s.Id("FrmGame", "Option3")) && !s.Shown(s.Id("FrmGame", "Option4"))) {
+  if (!Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4")) {
     std::fputs("\n(No options. Type open, quit or help.)\n", out_);
     return;
   }
   std::fputs("\n", out_);
   for (int n = 1; n <= 4; ++n) {
-    ControlId id = s.Id("FrmGame", "Option" + std::to_string(n));
-    if (s.Shown(id)) std::fprintf(out_, "  %d. %s\n", n, Utf8FromCp1252(s.At(id).caption).c_str());
+    std::string option = "Option" + std::to_string(n);
+    if (Shown(option.c_str())) std::fprintf(out_, "  %d. %s\n", n, Text(option.c_str()).c_str());
   }
+}
+
+// The character panel's fields when they changed, and what its buttons let
+// the player do now.
+void TerminalGame::ShowPanel() {
+  std::string fields = "Name: " + Text("Text6") + "  Level: " + Text("Text7") + "\nHit Points: " + Text("Text5") +
+                       "  Strength: " + Text("Text4") + "  Defence: " + Text("Text3") + "\n";
+  if (fields != panelShown_) std::fprintf(out_, "\n%s", fields.c_str());
+  panelShown_ = fields;
+  std::string can = "name NAME";
+  if (Shown("Command10")) can += ", reroll";
+  if (Shown("Command9")) can += Reachable("Command9") ? ", create" : ", create (once every field is filled)";
+  if (Reachable("Command3")) can += ", save character";
+  if (Reachable("Command11")) can += ", load character";
+  if (Reachable("Image12")) can += ", close";
+  std::fprintf(out_, "(Character panel: %s.)\n", can.c_str());
 }
 
 void TerminalGame::Choose(int n) {
@@ -159,25 +162,43 @@ void TerminalGame::Choose(int n) {
   });
 }
 
-// A click the player could make on screen; refused when the control is not shown.
+// A click the player could make on screen; refused when the control is
+// hidden, disabled or covered by a panel.
 void TerminalGame::Click(const char* control) {
-  FormSurface& s = program_->surface();
-  ControlId id = s.Id("FrmGame", control);
-  if (!s.Shown(id) || !s.At(id).enabled) {
+  if (!Reachable(control)) {
     std::fputs("That is not possible here.\n", out_);
     return;
   }
-  program_->RunEvent([&] { s.Raise(id, Event::Click); });
+  FormSurface& s = program_->surface();
+  program_->RunEvent([&] { s.Raise(s.Id("FrmGame", control), Event::Click); });
+}
+
+bool TerminalGame::Reachable(const char* control) {
+  FormSurface& s = program_->surface();
+  return s.Unreachable(s.Id("FrmGame", control)).empty();
+}
+
+bool TerminalGame::Shown(const char* control) {
+  FormSurface& s = program_->surface();
+  return s.Shown(s.Id("FrmGame", control));
+}
+
+// A control's caption or text, in UTF-8.
+std::string TerminalGame::Text(const char* control) {
+  FormSurface& s = program_->surface();
+  return Utf8FromCp1252(s.At(s.Id("FrmGame", control)).caption);
 }
 
 void TerminalGame::ShowCharacter() {
   FormSurface& s = program_->surface();
-  auto text = [&](const char* name) { return Utf8FromCp1252(s.At(s.Id("FrmGame", name)).caption); };
+  std::fprintf(out_, "Name: %s  Level: %s\nHit Points: %s  Strength: %s  Defence: %s\n", Text("Text6").c_str(),
+               Text("Text7").c_str(), Text("Text5").c_str(), Text("Text4").c_str(), Text("Text3").c_str());
+  // The gauges, as far as the game screen shows them.
   const Control& hp = s.At(s.Id("FrmGame", "HPPlay"));
   const Control& exp = s.At(s.Id("FrmGame", "exp"));
-  std::fprintf(out_, "Name: %s  Level: %s\nHit points: %s (now %g of %g)\nStrength: %s  Defence: %s  Exp: %g\n",
-               text("Text6").c_str(), text("Text7").c_str(), text("Text5").c_str(), hp.barValue, hp.barMax,
-               text("Text4").c_str(), text("Text3").c_str(), exp.barValue);
+  if (hp.visible) std::fprintf(out_, "HP: %g of %g", hp.barValue, hp.barMax);
+  if (exp.visible) std::fprintf(out_, "  Exp: %g of %g", exp.barValue, exp.barMax);
+  if (hp.visible || exp.visible) std::fputs("\n", out_);
 }
 
 void TerminalGame::ShowItems() {
@@ -189,17 +210,21 @@ void TerminalGame::ShowItems() {
 // The character, battle, inventory and saved game commands.
 bool TerminalGame::PanelCommand(const std::string& line) {
   FormSurface& s = program_->surface();
-  if (line == "save") program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnusave"), Event::Click); });
-  else if (line == "load") program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnuload"), Event::Click); });
+  auto menu = [&](const char* item) { program_->RunEvent([&] { s.Raise(s.Id("FrmGame", item), Event::Click); }); };
+  if (line == "save") menu("mnusave");
+  else if (line == "load") menu("mnuload");
   else if (line == "items") ShowItems();
   else if (line == "character") ShowCharacter();
   else if (line == "create") Click("Command9");
   else if (line == "reroll") Click("Command10");
   else if (line == "close") Click("Image12");
+  else if (line == "load character") Click("Command11");
+  else if (line == "save character") Shown("CharCreate") ? Click("Command3") : menu("mnusavechar");
+  else if (line == "attack") Click("Picture7");
   else if (line == "escape") Click("Picture8");
-  else if (line == "attack") {
-    Click("Picture7");
-    ShowBattleLog();  // the round's lines, also when they end the fight
+  else if (line.starts_with("name ")) {
+    if (!Reachable("Text6")) std::fputs("That is not possible here.\n", out_);
+    else program_->RunEvent([&] { s.SetText(s.Id("FrmGame", "Text6"), Cp1252FromUtf8(line.substr(5))); });
   } else return false;
   return true;
 }

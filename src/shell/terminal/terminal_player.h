@@ -1,5 +1,7 @@
 #pragma once
+#include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 namespace fw {
@@ -10,6 +12,7 @@ struct TerminalOptions {
   std::string exeName;
   std::string home;    // the per-user folder
   bool sound = true;   // MIDI through FluidSynth
+  std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
 };
 
 // Plays in a terminal, or through a plain pipe: the transcript as it grows,
