@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build, the tests and the benchmarks need,
-# and only those that are missing, so a warm machine pays nothing.
+# and only those that are missing, so a warm machine pays nothing. The
+# Liberation fonts have the widths of the Windows fonts the forms are laid
+# out for, so a label's text fits its place in the window.
 set -euo pipefail
 
 packages=(
@@ -9,6 +11,7 @@ packages=(
   libfluidsynth-dev timgm6mb-soundfont
   qt6-base-dev qt6-multimedia-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
+  fonts-liberation2
 )
 
 missing=()

@@ -61,5 +61,52 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   window->grab().save(QString::fromStdString(shots + "game-window.png"));
 }
 
+// The character panel, a fight and the inventory through the window's own
+// widgets, with a picture of each for a person to look at.
+TEST(QtWindows, CharacterPanelBattleAndInventory) {
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/q.fbw")
+      << "[CharacterData]\r\nCharCreateAllow=1\r\nCharName=Ana\r\n"
+         "[1]\r\nPage Text=A rat.\r\nOption One=Fight\r\nOption One Destination Page=2\r\n"
+         "[2]\r\nPage Text=It bites.\r\nBattle=1\r\nBattleMonName=Rat\r\nBattleMonHp=1\r\nBattleMonAtk=0\r\n"
+         "BattleMonKeyItem=Rat tail\r\nBattleWin=3\r\n[3]\r\nPage Text=Quiet.\r\n";
+  testing::TestProgram t{AllForms()};
+  QtWindows windows(t.program);
+  t.surface().SetObserver(&windows);
+  t.program.Start();
+  FormSurface& s = t.surface();
+  QMainWindow* window = windows.WindowOf(s.FindForm("FrmGame"));
+  auto click = [&](const char* name) { QTest::mouseClick(windows.WidgetOf(s.Id("FrmGame", name)), Qt::LeftButton); };
+  auto pass = [&](double seconds) {
+    t.platform.clock.Set(t.now() + seconds);
+    t.program.RunDue();
+  };
+  std::string shots = std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/";
+
+  t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
+  click("Image1");
+  pass(0.01);
+  EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "Command9"))->isEnabled());
+  window->grab().save(QString::fromStdString(shots + "game-window-character.png"));
+  click("Command9");
+  EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "CharCreate"))->isVisible());
+
+  pass(0.05);
+  auto* option = qobject_cast<QRadioButton*>(windows.WidgetOf(s.Id("FrmGame", "Option1")));
+  QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
+  click("Picture1");
+  ASSERT_TRUE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
+  window->grab().save(QString::fromStdString(shots + "game-window-battle.png"));
+  for (int round = 0; round < 20 && s.At(s.Id("FrmGame", "BattleBox")).visible; ++round) click("Picture7");
+  EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "3");
+  EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
+
+  click("Picture3");
+  EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
+  window->grab().save(QString::fromStdString(shots + "game-window-inventory.png"));
+  click("Picture6");
+  EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
+}
+
 }  // namespace
 }  // namespace fw

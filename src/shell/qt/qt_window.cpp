@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPixmap>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -49,14 +50,35 @@ QString Plain(const std::string& caption) {
   return text.remove(QRegularExpression("&(?!&)"));
 }
 
+// A back colour of the look, or an invalid colour when there is none.
+QColor BackColor(const Look& look) {
+  if (look.transparent || look.backColor == kDefaultColor) return {};
+  return QColor(look.backColor & 0xFF, (look.backColor >> 8) & 0xFF, (look.backColor >> 16) & 0xFF);
+}
+
+// Whether a label is tall enough for a second line: a one-line label whose
+// text runs long is cut at its edge instead of showing two halves of lines.
+bool HoldsTwoLines(const ControlDecl& d) {
+  float points = d.look.font.points > 0 ? d.look.font.points : 8.25f;
+  return d.height >= 2 * points * 20 * 1.15f;  // a point is 20 twips
+}
+
 // A label, picture box or image: shows text or a picture, and answers clicks
 // and mouse moves.
 class Area : public QLabel {
  public:
   using QLabel::QLabel;
   std::function<void()> onClick, onMove;
+  // Painted under the text or picture. A style sheet's background would
+  // reach the children's palette too and paint a panel's boxes and buttons
+  // black on black.
+  QColor fill;
 
  protected:
+  void paintEvent(QPaintEvent* e) override {
+    if (fill.isValid()) QPainter(this).fillRect(rect(), fill);
+    QLabel::paintEvent(e);
+  }
   void mousePressEvent(QMouseEvent* e) override {
     if (onClick && e->button() == Qt::LeftButton) onClick();
   }
@@ -123,9 +145,9 @@ void QtWindows::Build(int form) {
   const FormDecl& t = s.Table(form);
   auto* window = new FormWindow;
   window->onClose = [this, form] { User([this, form] { program_.surface().Unload(form, true); }); };
-  auto* client = new QWidget;
+  auto* client = new Area;
+  client->fill = BackColor(t.look);
   client->setFixedSize(Px(t.width), Px(t.height));
-  client->setStyleSheet(t.look.backColor != kDefaultColor ? "background-color:" + ColorCss(t.look.backColor) : "");
   window->setCentralWidget(client);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   if (t.noBorder) window->setWindowFlag(Qt::FramelessWindowHint, true);
@@ -159,7 +181,7 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
     case Kind::Image: {
       auto* area = new Area(parent);
       area->setMouseTracking(true);
-      if (d.kind == Kind::Label) area->setWordWrap(true);
+      if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
       if (d.look.handCursor) area->setCursor(Qt::PointingHandCursor);
       if (d.look.art && d.kind != Kind::Label) {
         area->setAlignment(Qt::AlignCenter);
@@ -173,7 +195,10 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
                                     "#%1:hover{background:rgba(255,255,255,60);}")
                                 .arg(d.name));
       } else {
-        area->setStyleSheet(Css(d.look));
+        Look look = d.look;
+        area->fill = BackColor(look);
+        look.backColor = kDefaultColor;
+        area->setStyleSheet(Css(look));
       }
       area->onClick = [this, id] { User([this, id] { program_.surface().Raise(id, Event::Click); }); };
       area->onMove = [this, id] { User([this, id] { program_.surface().Raise(id, Event::MouseMove); }); };
@@ -228,6 +253,7 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
+
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
