@@ -135,9 +135,14 @@ bool QuestStore::WriteINIKeys(std::string_view path, std::span<const Entry> entr
       return false;
     }
   }
-  std::string updated = text;
-  for (const Entry& e : entries)
-    if (named(e)) updated = SetProfileValue(updated, e.section, e.key, e.value);
+  // The first key is set on the text as read, the rest on the result so far.
+  std::string updated;
+  bool first = true;
+  for (const Entry& e : entries) {
+    if (!named(e)) continue;
+    updated = SetProfileValue(first ? std::string_view(text) : std::string_view(updated), e.section, e.key, e.value);
+    first = false;
+  }
   if (exists && updated == text) return true;
   if (ReplaceAtomically(host, updated, folder.fd, exists ? &st : nullptr)) return true;
   return exists && RewriteInPlace(host, updated);
