@@ -49,6 +49,16 @@ TEST_F(SavedGames, SaveThatCannotBeWrittenSaysSoAndWritesNoEntry) {
   EXPECT_EQ(g.Text1.Text(), before);
 }
 
+TEST_F(SavedGames, NameTypedWithoutExtensionGetsTheSaveExtension) {
+  std::string typed = (t.dir.path / "my.games" / "mine").string();
+  std::filesystem::create_directories(t.dir.path / "my.games");
+  sav = typed;
+  Save();
+  EXPECT_TRUE(std::filesystem::exists(typed + ".sav"));
+  EXPECT_FALSE(std::filesystem::exists(typed));
+  EXPECT_TRUE(g.Text1.Text().find("Game: " + typed + ".sav\r\n") != std::string::npos);
+}
+
 TEST_F(SavedGames, ValueThatCannotBeScrambledWritesNothing) {
   g.Option2.SetCaption(std::string("Bad\x02", 4));
   Save();

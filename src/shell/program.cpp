@@ -28,6 +28,17 @@ bool LooksLikePicture(std::string_view head) {
          starts("\x89PNG");
 }
 
+// A name typed without an extension in a save dialog gets the dialog's
+// own ("*.sav" gives ".sav"), so the open dialog's filter finds it again.
+std::string WithDefaultExt(const std::string& path, std::string_view defaultExt) {
+  if (defaultExt.starts_with('*')) defaultExt.remove_prefix(1);
+  if (!defaultExt.starts_with('.')) return path;
+  std::size_t name = path.find_last_of("/\\");
+  name = name == std::string::npos ? 0 : name + 1;
+  if (name == path.size() || path.find('.', name) != std::string::npos) return path;
+  return path + std::string(defaultExt);
+}
+
 }  // namespace
 
 Program::Program(Services services, AppInfo app, std::span<const FormDef> forms)
@@ -98,7 +109,7 @@ bool Program::ShowFileDialog(ControlId dialog, bool save) {
                             c.decl->filter, c.decl->defaultExt, c.initDir, c.fileName};
   std::optional<std::string> answer = services_.dialogs->FileDialog(request);
   if (!answer) return false;
-  surface_.SetFileName(dialog, *answer);
+  surface_.SetFileName(dialog, save ? WithDefaultExt(*answer, c.decl->defaultExt) : *answer);
   return true;
 }
 
