@@ -53,13 +53,17 @@ bool WriteSave(Program& p, const GameState& g, const std::string& target, const 
   std::vector<QuestStore::Entry> entries;
   for (std::size_t i = 0; i < values.size(); ++i)
     entries.push_back({kSavedGameKeys[i].section, kSavedGameKeys[i].key, values[i]});
-  std::vector<std::string> items, indices;
+  // The item entries point into these, which are sized once and never grow.
+  std::vector<std::string> keys, items;
+  keys.reserve(g.List1.ListCount());
+  items.reserve(g.List1.ListCount());
   for (int i = 0; i < g.List1.ListCount(); ++i) {
-    if (g.List1.List(i).empty()) continue;
-    items.push_back(g.List1.List(i));
-    indices.push_back(std::to_string(i));
+    std::string item = g.List1.List(i);
+    if (item.empty()) continue;
+    keys.push_back(std::to_string(i));
+    items.push_back(std::move(item));
+    entries.push_back({kListDataSection, keys.back(), items.back()});
   }
-  for (std::size_t i = 0; i < items.size(); ++i) entries.push_back({kListDataSection, indices[i], items[i]});
   return p.WriteINIKeys(target, entries);
 }
 

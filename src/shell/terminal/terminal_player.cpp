@@ -51,6 +51,7 @@ class TerminalGame {
   void Command(const std::string& line);
   bool PanelCommand(const std::string& line);
   void Click(const char* control);
+  void RaiseClick(const char* control);
   bool Reachable(const char* control);
   bool Shown(const char* control);
   std::string Text(const char* control);
@@ -169,6 +170,12 @@ void TerminalGame::Click(const char* control) {
     std::fputs("That is not possible here.\n", out_);
     return;
   }
+  RaiseClick(control);
+}
+
+// A click with no reach check, as a menu item gets: the menu bar stays
+// usable above every panel.
+void TerminalGame::RaiseClick(const char* control) {
   FormSurface& s = program_->surface();
   program_->RunEvent([&] { s.Raise(s.Id("FrmGame", control), Event::Click); });
 }
@@ -210,16 +217,15 @@ void TerminalGame::ShowItems() {
 // The character, battle, inventory and saved game commands.
 bool TerminalGame::PanelCommand(const std::string& line) {
   FormSurface& s = program_->surface();
-  auto menu = [&](const char* item) { program_->RunEvent([&] { s.Raise(s.Id("FrmGame", item), Event::Click); }); };
-  if (line == "save") menu("mnusave");
-  else if (line == "load") menu("mnuload");
+  if (line == "save") RaiseClick("mnusave");
+  else if (line == "load") RaiseClick("mnuload");
   else if (line == "items") ShowItems();
   else if (line == "character") ShowCharacter();
   else if (line == "create") Click("Command9");
   else if (line == "reroll") Click("Command10");
   else if (line == "close") Click("Image12");
   else if (line == "load character") Click("Command11");
-  else if (line == "save character") Shown("CharCreate") ? Click("Command3") : menu("mnusavechar");
+  else if (line == "save character") Shown("CharCreate") ? Click("Command3") : RaiseClick("mnusavechar");
   else if (line == "attack") Click("Picture7");
   else if (line == "escape") Click("Picture8");
   else if (line.starts_with("name ")) {
@@ -237,7 +243,7 @@ void TerminalGame::Command(const std::string& line) {
   } else if (line == "look" || line == "l") {
     std::fprintf(out_, "\n%s\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "room")).caption).c_str());
   } else if (line == "open" || line == "o") {
-    program_->RunEvent([&] { s.Raise(s.Id("FrmGame", "mnuloadquest"), Event::Click); });
+    RaiseClick("mnuloadquest");
   } else if (line == "quit" || line == "q") {
     program_->RunEvent([&] { s.Unload(s.FindForm("FrmGame"), true); });
   } else if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
