@@ -1,0 +1,26 @@
+#pragma once
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace fw {
+
+// Every reader of the program's files (quests, saved games, character files,
+// game.dat, scripts, media) opens them through these: only a regular file is
+// read (a link to one is fine). A FIFO, a device or a folder reads as missing,
+// and the open never blocks on it.
+
+// An open descriptor of the regular file at the host path, or -1. The caller
+// closes it.
+int OpenRegularFile(const std::string& hostPath);
+
+// Up to `limit` bytes from the start of the regular file, sized to what the
+// file holds; nullopt when it is not a regular file or cannot be read.
+std::optional<std::string> ReadRegularFile(const std::string& hostPath,
+                                           std::size_t limit = static_cast<std::size_t>(-1));
+
+// The bytes of an open descriptor from its current offset to its end (at most
+// `limit`); false on a read error.
+bool ReadToEnd(int fd, std::string& out, std::size_t limit = static_cast<std::size_t>(-1));
+
+}  // namespace fw
