@@ -153,5 +153,25 @@ TEST_F(MidiTest, PlayersLoadPlayForTheirLengthAndTakeANewCount) {
   EXPECT_EQ(mp3.PlayState(), kPlayStopped);
 }
 
+// Every start of a track supersedes the end an earlier start had scheduled:
+// a new file, the same file loaded again, or a second Play.
+TEST_F(MidiTest, AStartWhileATrackPlaysRunsItsOwnFullLength) {
+  std::ofstream(dir + "/one.wav", std::ios::binary) << testing::TestWav(8000, 16000);
+  std::ofstream(dir + "/two.wav", std::ios::binary) << testing::TestWav(8000, 16000);
+  MediaPlayer mp3(p.surface(), "FrmGame", "playmp3");
+  for (const char* next : {"two.wav", "one.wav", ""}) {
+    SCOPED_TRACE(*next ? next : "Play alone");
+    mp3.SetFileName("one.wav");
+    mp3.Play();
+    Wait(1.0);
+    if (*next) mp3.SetFileName(next);
+    mp3.Play();
+    Wait(1.5);  // past the end of the first start
+    EXPECT_EQ(mp3.PlayState(), kPlayPlaying);
+    Wait(0.6);
+    EXPECT_EQ(mp3.PlayState(), kPlayStopped);
+  }
+}
+
 }  // namespace
 }  // namespace fw

@@ -4,6 +4,9 @@
 #include <fstream>
 
 #include "media/page_media.h"
+#include "play/frmgame.h"
+#include "play/game_state.h"
+#include "shell/media_player.h"
 #include "shell/controls.h"
 #include "shell/forms.h"
 #include "test_media.h"
@@ -79,6 +82,44 @@ TEST_F(PageMediaTest, AutoRepeatSetsNinetyNineOrOneByFlow) {
   EXPECT_EQ(mp3.PlayCount(), 99);  // choosing an option: no track, no change
   ApplyAutoRepeat(p, "", "", false);
   EXPECT_EQ(mp3.PlayCount(), 1);
+}
+
+// Each way a page starts a track while the last one still plays: the new
+// track plays its own two seconds, not what was left of the old one.
+TEST_F(PageMediaTest, EveryNewTrackOutlivesTheEndOfTheOneBefore) {
+  std::ofstream(dir + "/rain.wav", std::ios::binary) << testing::TestWav(1000, 2000);
+  std::ofstream(dir + "/drums.wav", std::ios::binary) << testing::TestWav(1000, 2000);
+  std::ofstream(dir + "/q.fbw", std::ios::binary)
+      << "[Story Info]\r\nTitle=Tracks\r\n"
+         "[1]\r\nMp3=song.wav\r\nOption One=On\r\nOption One Destination Page=2\r\n"
+         "[2]\r\nMp3=rain.wav\r\nBattle=1\r\nBattleMonHp=9\r\nBattleMp3=drums.wav\r\nBattleEscape=3\r\n"
+         "[3]\r\nMp3=song.wav\r\n";
+  GameState g(p);
+  auto openQuest = [&] {
+    t.platform.dialogs.QueueAnswer(6);  // asked only when a quest is open
+    t.platform.dialogs.QueueFile("FrmGame.questfile", dir + "/q.fbw");
+    s.Raise(s.Id("FrmGame", "mnuloadquest"), Event::Click);
+  };
+  auto expectFullLength = [&](const char* file) {
+    EXPECT_TRUE(mp3.FileName().ends_with(file));
+    Wait(1.5);
+    EXPECT_EQ(mp3.PlayState(), kPlayPlaying) << file << " cut off";
+    Wait(0.6);
+    EXPECT_EQ(mp3.PlayState(), kPlayStopped) << file << " never ends";
+  };
+  openQuest();
+  Wait(1.0);
+  g.Option1.SetValue(true);
+  s.Raise(s.Id("FrmGame", "Picture1"), Event::Click);  // rain, then the battle's drums
+  expectFullLength("drums.wav");
+  PlayMp3(p, "rain.wav");
+  Wait(1.0);
+  s.Raise(s.Id("FrmGame", "Picture8"), Event::Click);  // escape to page 3 while rain plays
+  expectFullLength("song.wav");
+  openQuest();
+  Wait(1.0);
+  openQuest();
+  expectFullLength("song.wav");
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ bool HeadlessPlayers::Load(Program& program, ControlId player, const std::string
   State& s = players_[{player.form, player.index}];
   s.length = MediaLength(kind, bytes).value_or(kUnknownLength);
   s.playing = false;
-  ++s.round;
+  s.round = ++lastRound_;
   return true;
 }
 
@@ -71,7 +71,7 @@ void HeadlessPlayers::Unload(Program&, ControlId player) {
 }
 
 void HeadlessPlayers::ScheduleEnd(Program& program, ControlId player, State& s, int playCount) {
-  unsigned round = ++s.round;
+  std::uint64_t round = s.round = ++lastRound_;
   double end = s.started + s.length * std::max(playCount, 1);
   program.Post(end, [this, player, round](Program& p) {
     auto it = players_.find({player.form, player.index});
@@ -93,7 +93,7 @@ void HeadlessPlayers::Stop(Program&, ControlId player) {
   auto it = players_.find({player.form, player.index});
   if (it == players_.end()) return;
   it->second.playing = false;
-  ++it->second.round;
+  it->second.round = ++lastRound_;
 }
 
 void HeadlessPlayers::SetPlayCount(Program& program, ControlId player, int playCount) {

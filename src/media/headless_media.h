@@ -43,11 +43,14 @@ class HeadlessPlayers : public MediaPlayers {
     double length = 0;
     double started = 0;
     bool playing = false;
-    unsigned round = 0;  // bumped by every change: a scheduled end of an older one is stale
+    std::uint64_t round = 0;  // renewed by every change: a scheduled end of an older one is stale
   };
   void ScheduleEnd(Program& program, ControlId player, State& state, int playCount);
 
   std::map<std::pair<int, int>, State> players_;
+  // Rounds are numbered across loads: a file loaded afresh must not take the
+  // number of an end still posted for the file it replaced.
+  std::uint64_t lastRound_ = 0;
 };
 
 }  // namespace fw
