@@ -1,6 +1,8 @@
 // The script language: words, targets, expectations and exit codes.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -103,6 +105,47 @@ TEST(ScriptRun, ScriptMistakesStopWithCodeTwoAndTheLine) {
     ScriptResult r = RunText(c.script);
     EXPECT_EQ(r.code, 2) << c.script;
     EXPECT_NE(r.err.find(c.says), std::string::npos) << c.script << " said " << r.err;
+  }
+}
+
+TEST(ScriptRun, LineEndsAndAByteOrderMarkReadAsTheText) {
+  const char* body = "expect FrmGame.Caption startswith \"Fablewright\"";
+  for (std::string script : {"\xEF\xBB\xBF" + std::string(body) + "\n" + body + "\n",
+                             std::string(body) + "\r\n" + body + "\r\n",
+                             std::string(body) + "\r" + body + "\r",
+                             std::string(body) + "\n\r\n" + body}) {
+    ScriptResult r = RunText(script);
+    EXPECT_EQ(r.code, 0) << r.out << r.err;
+    EXPECT_NE(r.out.find("2 passed, 0 failed"), std::string::npos) << r.out << r.err;
+  }
+  // A mistake on a CR-ended line is told by its own line number.
+  ScriptResult r = RunText(std::string(body) + "\r\rfly away\r");
+  EXPECT_EQ(r.code, 2);
+  EXPECT_NE(r.err.find("line 3: unknown command"), std::string::npos) << r.err;
+}
+
+TEST(ScriptRun, AFolderOrAMissingFileIsNoScript) {
+  testing::TempDir dir;
+  std::ostringstream out, err;
+  ScriptOptions options{dir.str(), "fablewright", dir.str(), false};
+  EXPECT_EQ(RunScript(dir.str(), options, out, err), 2);
+  EXPECT_NE(err.str().find("is a folder, not a script file"), std::string::npos) << err.str();
+  EXPECT_EQ(out.str().find("passed"), std::string::npos) << out.str();
+  EXPECT_EQ(RunScript(dir.str() + "/none.txt", options, out, err), 2);
+  EXPECT_NE(err.str().find("cannot read script"), std::string::npos) << err.str();
+  // A FIFO with no writer would block a plain open for ever.
+  std::string fifo = dir.str() + "/pipe.txt";
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  EXPECT_EQ(RunScript(fifo, options, out, err), 2);
+}
+
+TEST(ScriptRun, ExitOrClosingTheLastWindowEndsTheProgram) {
+  for (const char* leave : {"click FrmGame.mnuexit\n", "close FrmGame\n"}) {
+    ScriptResult r = RunText(std::string(leave) + "expect ended\n");
+    EXPECT_EQ(r.code, 0) << leave << r.out << r.err;
+    r = RunText(std::string(leave) + "click FrmGame.Image1\n");
+    EXPECT_EQ(r.code, 2) << leave;
+    EXPECT_NE(r.err.find("the program has ended"), std::string::npos) << r.err;
   }
 }
 

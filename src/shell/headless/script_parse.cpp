@@ -6,6 +6,19 @@
 
 namespace fw {
 
+std::vector<std::string_view> ScriptLines(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    std::size_t end = text.find_first_of("\r\n");
+    lines.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    std::size_t next = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
+    text.remove_prefix(next);
+  }
+  return lines;
+}
+
 std::string SubstituteEnvironment(std::string_view line) {
   std::string out;
   std::size_t i = 0;

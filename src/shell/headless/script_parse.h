@@ -6,6 +6,10 @@
 
 namespace fw {
 
+// The lines of a script's text: a UTF-8 byte-order mark at the start is
+// dropped, and CR LF, LF and a lone CR each end a line.
+std::vector<std::string_view> ScriptLines(std::string_view text);
+
 // Replaces each ${NAME} with the environment variable NAME ("" when unset).
 std::string SubstituteEnvironment(std::string_view line);
 

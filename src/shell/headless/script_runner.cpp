@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <ostream>
 #include <map>
@@ -15,6 +14,7 @@
 #include "shell/headless/headless_services.h"
 #include "shell/headless/script_parse.h"
 #include "shell/program.h"
+#include "shell/regular_file.h"
 #include "shell/transcript_echo.h"
 
 namespace fw {
@@ -63,7 +63,7 @@ class ScriptRunner {
     }
   }
 
-  int Run(std::istream& in);
+  int Run(std::string_view text);
 
  private:
   void Execute(const Words& w);
@@ -93,12 +93,10 @@ class ScriptRunner {
   int line_ = 0, passed_ = 0, failed_ = 0;
 };
 
-int ScriptRunner::Run(std::istream& in) {
-  std::string raw;
+int ScriptRunner::Run(std::string_view text) {
   try {
-    while (std::getline(in, raw)) {
+    for (std::string_view raw : ScriptLines(text)) {
       ++line_;
-      if (!raw.empty() && raw.back() == '\r') raw.pop_back();
       std::string line = SubstituteEnvironment(raw);
       std::size_t first = line.find_first_not_of(" \t");
       if (first == std::string::npos || line[first] == '#') continue;
@@ -146,7 +144,7 @@ void ScriptRunner::Execute(const Words& w) {
     if (!v || *v < 0) Error("wait needs a number of seconds");
     return Wait(*v);
   }
-  if (program_->Ended()) Error("the program has ended");
+  if (program_->Over()) Error("the program has ended");
   UserAction(w);
 }
 
@@ -305,7 +303,7 @@ void ScriptRunner::Expect(const Words& w) {
   if (w.size() < 2) usage();
   const std::string& what = w[1];
   if (what == "ended" && w.size() == 2) {
-    return Check(program_->Ended(), "expect ended", "still running");
+    return Check(program_->Over(), "expect ended", "still running");
   }
   if (what == "nomsgbox" && w.size() == 2) {
     auto& boxes = platform_.dialogs.unchecked();
@@ -363,7 +361,7 @@ void ScriptRunner::Wait(double seconds) {
   double target = clock.Now() + seconds;
   for (;;) {
     double next = program_->NextDue();
-    if (program_->Ended() || next > target) break;
+    if (program_->Over() || next > target) break;
     if (next > clock.Now()) clock.Set(next);
     program_->RunEvent([&] { program_->RunDue(); });
   }
@@ -374,13 +372,18 @@ void ScriptRunner::Wait(double seconds) {
 
 int RunScript(const std::string& scriptPath, const ScriptOptions& options, std::ostream& out,
               std::ostream& err) {
-  std::ifstream in(scriptPath, std::ios::binary);
-  if (!in) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(scriptPath, ec)) {
+    err << "fablewright: " << scriptPath << " is a folder, not a script file\n";
+    return 2;
+  }
+  auto text = ReadRegularFile(scriptPath);
+  if (!text) {
     err << "fablewright: cannot read script " << scriptPath << "\n";
     return 2;
   }
   ScriptRunner runner(scriptPath, options, out, err);
-  return runner.Run(in);
+  return runner.Run(*text);
 }
 
 }  // namespace fw
