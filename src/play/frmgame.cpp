@@ -49,6 +49,8 @@ constexpr HandlerDecl kHandlers[] = {
     {"Picture3", Event::Click, Picture3_Click},
     {"Command6", Event::Click, Command6_Click},
     {"Picture6", Event::Click, Picture6_Click},
+    {"mnuexit", Event::Click, mnuexit_Click},
+    {"Image10", Event::Click, Image10_Click},
 };
 
 }  // namespace

@@ -31,4 +31,8 @@ void frmgame::Command6_Click(Program& p) { SetPanel(p, "InvBox", true); }
 
 void frmgame::Picture6_Click(Program& p) { PressThenSetPanel(p, "Picture6", "InvBox", false); }
 
+void frmgame::mnuexit_Click(Program& p) { p.surface().Unload(p.surface().FindForm(kForm), false); }
+
+void frmgame::Image10_Click(Program& p) { mnuexit_Click(p); }
+
 }  // namespace fw

@@ -21,5 +21,10 @@ void Picture3_Click(Program& p);
 void Command6_Click(Program& p);
 void Picture6_Click(Program& p);
 
+// File > Exit and the Quit zone of the picture menu: the game window unloads,
+// which is how the program ends.
+void mnuexit_Click(Program& p);
+void Image10_Click(Program& p);
+
 }  // namespace frmgame
 }  // namespace fw

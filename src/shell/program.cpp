@@ -67,7 +67,16 @@ bool Program::WriteINIKeys(std::string_view path, std::span<const QuestStore::En
   return store_.WriteINIKeys(StorePath(path), entries);
 }
 
+bool Program::Over() const {
+  if (ended_) return true;
+  if (!started_) return false;
+  for (int form = 0; form < surface_.FormCount(); ++form)
+    if (surface_.IsLoaded(form)) return false;
+  return true;
+}
+
 void Program::Start() {
+  started_ = true;
   RunEvent([&] {
     // The splash shows itself and then the game from its own Form_Load; any
     // other start-up form is loaded and shown here.

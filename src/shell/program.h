@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "media/midi_state.h"
@@ -65,11 +66,18 @@ class Program {
   // A process start: the start-up form loads (and its Form_Load leads on).
   void Start();
   bool Ended() const { return ended_; }
+  // Whether the program has finished, the one rule every binding asks: End
+  // ran, or no form is left loaded since the start (the last window was closed).
+  bool Over() const;
   [[noreturn]] void End();
   // Runs a user event from a binding: End and a failure that no handler
   // caught stop here instead of going further.
   void RunEvent(const std::function<void()>& event);
   const std::string& lastUnhandledFailure() const { return lastUnhandled_; }
+  // A failure the game goes on after without a box: the window stays silent,
+  // and a binding that has a place for such a line (the terminal) takes them.
+  void Notice(std::string text) { notices_.push_back(std::move(text)); }
+  std::vector<std::string> TakeNotices() { return std::exchange(notices_, {}); }
 
   // -- Blocking dialogs.
   // A message box; a box without a title shows the application's title.
@@ -135,8 +143,10 @@ class Program {
   std::vector<std::function<void(Program&)>> inbox_;
   std::function<void()> wake_;
   long postSeq_ = 0;
+  bool started_ = false;
   bool ended_ = false;
   std::string lastUnhandled_;
+  std::vector<std::string> notices_;
 };
 
 }  // namespace fw

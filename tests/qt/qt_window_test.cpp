@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -106,6 +107,31 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   window->grab().save(QString::fromStdString(shots + "game-window-inventory.png"));
   click("Picture6");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
+}
+
+// Closing the window and File > Exit each end the program, so the desktop's
+// event loop stops instead of running on behind a hidden window.
+TEST(QtWindows, ClosingTheWindowOrExitEndsTheProgram) {
+  for (bool byMenu : {false, true}) {
+    testing::TestProgram t{AllForms()};
+    QtWindows windows(t.program);
+    t.surface().SetObserver(&windows);
+    t.program.Start();
+    QMainWindow* window = windows.WindowOf(t.surface().FindForm("FrmGame"));
+    ASSERT_NE(window, nullptr);
+    ASSERT_FALSE(t.program.Over());
+    if (byMenu) {
+      QAction* exit = nullptr;
+      for (QAction* menu : window->menuBar()->actions())
+        for (QAction* item : menu->menu()->actions())
+          if (item->text() == "&Exit") exit = item;
+      ASSERT_NE(exit, nullptr);
+      exit->trigger();
+    } else {
+      window->close();
+    }
+    EXPECT_TRUE(t.program.Over()) << (byMenu ? "File > Exit" : "closing the window");
+  }
 }
 
 }  // namespace

@@ -95,11 +95,11 @@ int RunDesktop(const DesktopOptions& o, int argc, char** argv) {
   loop.setTimerType(Qt::PreciseTimer);
   QObject::connect(&loop, &QTimer::timeout, [&] {
     program.RunEvent([&] { program.RunDue(); });
-    if (program.Ended()) app.quit();
+    if (program.Over()) app.quit();
   });
   loop.start(1);
   program.Start();
-  if (program.Ended()) return 0;
+  if (program.Over()) return 0;
   return app.exec();
 }
 
