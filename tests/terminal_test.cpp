@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "store/profile.h"
@@ -14,8 +15,8 @@ namespace {
 
 // Runs the player with the given input; gives everything it printed.
 std::string Play(const std::string& quest, const std::string& input, const std::string& home,
-                 const std::string& options = "") {
-  std::string command = "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent " + options + " '" + quest +
+                 const std::string& options = "", const std::string& shellSetup = "") {
+  std::string command = shellSetup + "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent " + options + " '" + quest +
                         "' --home '" + home + "' 2>/dev/null";
   std::FILE* pipe = ::popen(command.c_str(), "r");
   std::string out;
@@ -90,6 +91,41 @@ TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
                       "  Bat wing\n  Bat wing\n"});
   EXPECT_NE(out.find("HP: "), std::string::npos) << out;
   EXPECT_EQ(QuestStore(dir.str()).ReadINI(sav, "List Data", "0"), "Bat wing");
+}
+
+constexpr const char* kBatCave =
+    "[Story Info]\r\nTitle=Bat Cave\r\n[CharacterData]\r\nCharCreateAllow=1\r\nCharName=Hero\r\n"
+    "[1]\r\nLocation=Cave mouth\r\nPage Text=Wings flutter inside.\r\n"
+    "Option One=Go in\r\nOption One Destination Page=2\r\n"
+    "[2]\r\nLocation=Cave\r\nPage Text=A bat swoops.\r\nBattle=1\r\nBattleMonName=Bat\r\nBattleMonHp=1\r\n"
+    "BattleMonAtk=0\r\nBattleMonExp=100\r\nBattleWin=3\r\n"
+    "[3]\r\nLocation=Deep cave\r\nPage Text=It is quiet now.\r\n";
+
+TEST(TerminalPlayer, TheCharacterPanelKeepsThePagesOptionsOutOfReach) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/bat.fbw";
+  std::ofstream(quest, std::ios::binary) << kBatCave;
+  std::string out = Play(quest, "1\nq\ny\n", dir.str());
+  // The panel's prompt starts a paragraph of its own, whether or not its
+  // fields are printed again above it.
+  ExpectInOrder(out, {"Wings flutter inside.\nName: Hero", "\n(Character panel:", "> That is not possible here.\n\n(Character panel:"});
+  EXPECT_EQ(out.find("A bat swoops."), std::string::npos) << out;
+}
+
+TEST(TerminalPlayer, ACharacterTheQuestFileCannotTakeIsToldOnceAndTheFileStaysWhole) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/bat.fbw";
+  // Larger than the size limit below, so no new copy of it can be written.
+  std::string text = std::string(kBatCave) + "[Notes]\r\n" + std::string(12000, 'x') + "\r\n";
+  std::ofstream(quest, std::ios::binary) << text;
+  std::string out = Play(quest, "name Ana\ncreate\n1\nattack\nattack\nattack\nq\ny\n", dir.str(), "--seed 7",
+                         "trap '' XFSZ; ulimit -f 8; ");
+  ExpectInOrder(out, {"Name: Ana", "(The character could not be written to the quest file", "You have won the battle!"});
+  std::size_t first = out.find("could not be written");
+  EXPECT_EQ(out.find("could not be written", first + 1), std::string::npos) << out;
+  std::ifstream in(quest, std::ios::binary);
+  std::string after(std::istreambuf_iterator<char>(in), {});
+  EXPECT_TRUE(after == text) << "the quest file changed: " << after.size() << " bytes, was " << text.size();
 }
 
 }  // namespace

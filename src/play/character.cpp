@@ -101,14 +101,16 @@ void SaveCharacter(Program& p) {
 
 }  // namespace
 
-void WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first) {
+bool WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first) {
   std::array<std::string, 5> values;
   std::vector<QuestStore::Entry> entries;
   for (std::size_t i = first; i < kFields.size(); ++i) {
     values[i] = (g.*kFields[i].box).Text();
     entries.push_back({kSection, kFields[i].key, values[i]});
   }
-  p.WriteINIKeys(g.questfil.Caption(), entries);
+  if (p.WriteINIKeys(g.questfil.Caption(), entries)) return true;
+  p.Notice("The character could not be written to the quest file " + g.questfil.Caption() + ".");
+  return false;
 }
 
 void FillHitPoints(const GameState& g) {

@@ -8,8 +8,9 @@ struct GameState;
 
 // Writes the character's fields into CharacterData of the quest in the clear,
 // as one change, in the order name, hit points, strength, defence, level,
-// starting at `first` (1 leaves the name out).
-void WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first = 0);
+// starting at `first` (1 leaves the name out). The player is not told when
+// the quest cannot be written; the program's notices are, and it gives false.
+bool WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first = 0);
 
 // Both values of the hit point gauge at the full hit points of Text5; a text
 // that is no number leaves the gauge as it was.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "media/fluid_sequencer.h"
@@ -57,7 +58,7 @@ class TerminalGame {
   std::string Text(const char* control);
   void ShowCharacter();
   void ShowItems();
-  bool Over();
+  void TellNotices();
 
   std::FILE* out_;
   WallClock clock_;
@@ -73,6 +74,7 @@ class TerminalGame {
   std::unique_ptr<TranscriptEcho> echo_;
   std::string quest_;
   std::string panelShown_;  // the character panel as last printed
+  std::set<std::string> noticesTold_;
 };
 
 TerminalGame::TerminalGame(const TerminalOptions& o, int inputFd, std::FILE* out)
@@ -109,11 +111,6 @@ void TerminalGame::Settle() {
   }
 }
 
-bool TerminalGame::Over() {
-  FormSurface& s = program_->surface();
-  int game = s.FindForm("FrmGame");
-  return program_->Ended() || !s.IsLoaded(game);
-}
 
 void TerminalGame::ListOptions() {
   // The panels cover the options: say what can be done instead.
@@ -139,7 +136,8 @@ void TerminalGame::ListOptions() {
 void TerminalGame::ShowPanel() {
   std::string fields = "Name: " + Text("Text6") + "  Level: " + Text("Text7") + "\nHit Points: " + Text("Text5") +
                        "  Strength: " + Text("Text4") + "  Defence: " + Text("Text3") + "\n";
-  if (fields != panelShown_) std::fprintf(out_, "\n%s", fields.c_str());
+  std::fputs("\n", out_);
+  if (fields != panelShown_) std::fputs(fields.c_str(), out_);
   panelShown_ = fields;
   std::string can = "name NAME";
   if (Shown("Command10")) can += ", reroll";
@@ -155,6 +153,11 @@ void TerminalGame::Choose(int n) {
   ControlId option = n >= 1 && n <= 4 ? s.Id("FrmGame", "Option" + std::to_string(n)) : ControlId{};
   if (option.index < 0 || !s.Shown(option)) {
     std::fprintf(out_, "There is no option %d here.\n", n);
+    return;
+  }
+  // A panel over the page (the character, a battle) keeps its options out of reach.
+  if (!s.Unreachable(option).empty() || !Reachable("Picture1")) {
+    std::fputs("That is not possible here.\n", out_);
     return;
   }
   program_->RunEvent([&] {
@@ -206,6 +209,12 @@ void TerminalGame::ShowCharacter() {
   if (hp.visible) std::fprintf(out_, "HP: %g of %g", hp.barValue, hp.barMax);
   if (exp.visible) std::fprintf(out_, "  Exp: %g of %g", exp.barValue, exp.barMax);
   if (hp.visible || exp.visible) std::fputs("\n", out_);
+}
+
+// Each failure the game went on after silently, told once.
+void TerminalGame::TellNotices() {
+  for (const std::string& notice : program_->TakeNotices())
+    if (noticesTold_.insert(notice).second) std::fprintf(out_, "(%s)\n", Utf8FromCp1252(notice).c_str());
 }
 
 void TerminalGame::ShowItems() {
@@ -264,8 +273,9 @@ int TerminalGame::Run() {
   } else {
     std::fputs("No quest loaded. Type open to open a quest file.\n", out_);
   }
-  while (!Over()) {
+  while (!program_->Over()) {
     Settle();
+    TellNotices();
     ListOptions();
     std::fputs("> ", out_);
     std::fflush(out_);
