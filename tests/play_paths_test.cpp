@@ -41,7 +41,9 @@ TEST_F(QuestPaths, AnExactNameWinsElseOneInOtherLetterCaseFolderByFolder) {
   EXPECT_EQ(FindQuestFile(p, "pics\\door.gif", "elsewhere"), "pics\\door.gif");
   std::string host = Make("Pics/Old/Hall.gif");
   EXPECT_EQ(Found("PICS\\old\\HALL.GIF", "elsewhere"), host);
-  EXPECT_EQ(Found(Dir() + "\\pics\\OLD\\hall.gif", "elsewhere"), host);
+  EXPECT_EQ(Found(Dir() + "\\PICS\\OLD\\hall.gif", "elsewhere"), host);
+  // A folder of the exact name is the one meant: its case twins are not read.
+  EXPECT_EQ(FindQuestFile(p, "pics\\OLD\\hall.gif", "elsewhere"), "pics\\OLD\\hall.gif");
   std::string accented = Make("quest/\xC3\xA9t\xC3\xA9.gif");  // été.gif
   EXPECT_EQ(Found("quest\\\xC9T\xC9.GIF", "elsewhere"), accented);  // ÉTÉ.GIF
 }
@@ -61,6 +63,26 @@ TEST_F(QuestPaths, NothingFoundGivesTheNameBackAndAFolderIsNoFile) {
   EXPECT_EQ(FindQuestFile(p, "C:\\x\\gone.gif", Dir() + "\\quest"), "C:\\x\\gone.gif");
   EXPECT_EQ(FindQuestFile(p, "pics", Dir() + "\\quest"), "pics");
   EXPECT_EQ(FindQuestFile(p, "", Dir()), "");
+}
+
+// Pages that name missing media are shown often: a lookup reads a folder only
+// where a part's exact name is missing from it, and each folder once.
+TEST_F(QuestPaths, AMissingFileReadsOnlyTheFoldersWhereANameIsMissingEachOnce) {
+  Make("Quest/Music/theme.mid");
+  Make("quest/music/other.mid");
+  std::vector<std::string> read;
+  FolderListings listings([&](const fs::path& dir) {
+    read.push_back(dir.lexically_relative(t.dir.path).string());
+    return ReadFolder(dir);
+  });
+  std::string root = t.dir.str();
+  EXPECT_EQ(MatchIgnoringCase(root + "/quest/music/gone.mid", listings), "");
+  EXPECT_EQ(read, (std::vector<std::string>{"quest/music"}));
+  read.clear();
+  EXPECT_EQ(MatchIgnoringCase(root + "/QUEST/MUSIC/THEME.MID", listings), root + "/Quest/Music/theme.mid");
+  EXPECT_EQ(MatchIgnoringCase(root + "/QUEST/MUSIC/THEME.MID", listings), root + "/Quest/Music/theme.mid");
+  // The test folder once, then each case twin of Quest once, then Music.
+  EXPECT_EQ(read, (std::vector<std::string>{".", "Quest", "Quest/Music"}));
 }
 
 TEST_F(QuestPaths, TheQuestFolderOfABareProfileNameIsThePerUserFolder) {

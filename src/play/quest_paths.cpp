@@ -1,7 +1,9 @@
 #include "play/quest_paths.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <system_error>
 #include <vector>
 
@@ -36,38 +38,33 @@ bool IsFile(const fs::path& path) {
   return fs::is_regular_file(path, ec);
 }
 
-// The entries of `dir` named `name` but for letter case, the exact one first.
-std::vector<fs::path> EntriesIgnoringCase(const fs::path& dir, const fs::path& name) {
-  std::vector<fs::path> found;
+// The entries of `dir` that `name` may mean. The exact one, when it exists, is
+// taken as the one meant, and the folder is not read; otherwise those named
+// so but for letter case, from the lookup's listings.
+std::vector<fs::path> Candidates(const fs::path& dir, const fs::path& name, FolderListings& listings) {
   std::error_code ec;
-  if (fs::exists(dir / name, ec)) found.push_back(dir / name);
-  for (fs::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec))
-    if (it->path().filename() != name && SameIgnoringCase(it->path().filename().string(), name.string()))
-      found.push_back(it->path());
+  if (fs::exists(dir / name, ec)) return {dir / name};
+  std::vector<fs::path> found;
+  for (const std::string& entry : listings.Of(dir))
+    if (SameIgnoringCase(entry, name.string())) found.push_back(dir / entry);
   return found;
 }
 
 // The existing file below `dir` that the remaining parts name but for letter
 // case. Folders that differ only in case may both exist here, so each is tried.
-fs::path MatchParts(const fs::path& dir, fs::path::iterator part, fs::path::iterator end) {
+fs::path MatchParts(const fs::path& dir, fs::path::iterator part, fs::path::iterator end, FolderListings& listings) {
   if (part == end) return IsFile(dir) ? dir : fs::path();
-  if (*part == "." || *part == "..") return MatchParts(dir / *part, std::next(part), end);
-  for (const fs::path& entry : EntriesIgnoringCase(dir, *part))
-    if (fs::path file = MatchParts(entry, std::next(part), end); !file.empty()) return file;
+  if (*part == "." || *part == "..") return MatchParts(dir / *part, std::next(part), end, listings);
+  for (const fs::path& entry : Candidates(dir, *part, listings))
+    if (fs::path file = MatchParts(entry, std::next(part), end, listings); !file.empty()) return file;
   return {};
 }
 
-std::string MatchIgnoringCase(const std::string& host) {
-  fs::path wanted(host);
-  fs::path relative = wanted.relative_path();
-  return MatchParts(wanted.root_path(), relative.begin(), relative.end()).string();
-}
-
 // The program path of an existing file that `name` means here, "" if none.
-std::string Locate(const Program& p, std::string_view name) {
+std::string Locate(const Program& p, std::string_view name, FolderListings& listings) {
   std::string host = p.HostFile(name);
   if (IsFile(host)) return std::string(name);
-  std::string match = MatchIgnoringCase(host);
+  std::string match = MatchIgnoringCase(host, listings);
   return match.empty() ? std::string() : Cp1252FromUtf8(match);
 }
 
@@ -78,15 +75,38 @@ bool HasDriveLetter(std::string_view name) {
 
 }  // namespace
 
+std::vector<std::string> ReadFolder(const std::filesystem::path& dir) {
+  std::vector<std::string> names;
+  std::error_code ec;
+  for (fs::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec))
+    names.push_back(it->path().filename().string());
+  // Case twins are tried in one order on every machine.
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+const std::vector<std::string>& FolderListings::Of(const std::filesystem::path& dir) {
+  auto it = listed_.find(dir);
+  if (it == listed_.end()) it = listed_.emplace(dir, read_(dir)).first;
+  return it->second;
+}
+
+std::string MatchIgnoringCase(const std::string& host, FolderListings& listings) {
+  fs::path wanted(host);
+  fs::path relative = wanted.relative_path();
+  return MatchParts(wanted.root_path(), relative.begin(), relative.end(), listings).string();
+}
+
 std::string FindQuestFile(const Program& p, std::string_view name, std::string_view folder) {
   if (name.empty()) return {};
-  if (std::string found = Locate(p, name); !found.empty()) return found;
+  FolderListings listings(ReadFolder);
+  if (std::string found = Locate(p, name, listings); !found.empty()) return found;
   // A drive of the author's machine means nothing here, and a bare name was
   // meant for the game's folder, which need not be the current one here.
   if (HasDriveLetter(name) || !HasDirectoryPart(name)) {
     std::string_view bare = name.substr(name.find_last_of("\\/:") + 1);
     std::string local = std::string(folder) + "\\" + std::string(bare);
-    if (std::string found = Locate(p, local); !found.empty()) return found;
+    if (std::string found = Locate(p, local, listings); !found.empty()) return found;
   }
   return std::string(name);
 }

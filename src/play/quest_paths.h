@@ -1,5 +1,9 @@
 #pragma once
+#include <filesystem>
+#include <functional>
+#include <map>
 #include <string>
+#include <vector>
 #include <string_view>
 
 #include "shell/surface.h"
@@ -19,6 +23,26 @@ class Program;
 // is found the name comes back unchanged, so the caller fails as it would
 // have. `folder` is a program path, such as the quest's own folder.
 std::string FindQuestFile(const Program& p, std::string_view name, std::string_view folder);
+
+// The names in a folder, sorted; none when it cannot be read.
+std::vector<std::string> ReadFolder(const std::filesystem::path& dir);
+
+// The folders one lookup has read: a page that names a missing file costs one
+// listing of each folder where a part's exact name is missing, never more.
+class FolderListings {
+ public:
+  using Reader = std::function<std::vector<std::string>(const std::filesystem::path&)>;
+  explicit FolderListings(Reader read) : read_(std::move(read)) {}
+  const std::vector<std::string>& Of(const std::filesystem::path& dir);
+
+ private:
+  Reader read_;
+  std::map<std::filesystem::path, std::vector<std::string>> listed_;
+};
+
+// The existing host file that `host` names but for letter case, folder by
+// folder; "" when there is none.
+std::string MatchIgnoringCase(const std::string& host, FolderListings& listings);
 
 // The folder of the quest file questfil names, as a program path. A bare name
 // is a profile in the per-user folder, where the profile layer keeps it.
