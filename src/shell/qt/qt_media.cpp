@@ -64,10 +64,10 @@ bool QtMediaPlayers::Load(Program& program, ControlId player, const std::string&
                        raw->playWhenLoaded = false;
                        raw->media->play();
                      } else if (status == QMediaPlayer::EndOfMedia || status == QMediaPlayer::InvalidMedia) {
-                       Ended(*prog, player);
+                       Ended(*prog, player, raw);
                      }
                    });
-  QObject::connect(&raw->watchdog, &QTimer::timeout, this, [this, prog, player] { Watch(*prog, player); });
+  QObject::connect(&raw->watchdog, &QTimer::timeout, this, [this, raw, prog, player] { Watch(*prog, player, raw); });
   raw->media->setSource(QUrl::fromLocalFile(QString::fromStdString(file)));
   players_[{player.form, player.index}] = std::move(p);
   return true;
@@ -101,22 +101,31 @@ void QtMediaPlayers::SetPlayCount(Program&, ControlId player, int playCount) {
   if (it != players_.end()) it->second->media->setLoops(std::max(playCount, 1));
 }
 
-void QtMediaPlayers::Ended(Program& program, ControlId player) {
+qint64 QtMediaPlayers::Position(ControlId player) const {
   auto it = players_.find({player.form, player.index});
-  if (it != players_.end()) it->second->watchdog.stop();
+  return it == players_.end() ? -1 : it->second->media->position();
+}
+
+bool QtMediaPlayers::Holds(ControlId player, const Player* p) const {
+  auto it = players_.find({player.form, player.index});
+  return it != players_.end() && it->second.get() == p;
+}
+
+void QtMediaPlayers::Ended(Program& program, ControlId player, Player* from) {
+  if (!Holds(player, from)) return;
+  from->watchdog.stop();
   program.surface().SetMedia(player, Prop::PlayState, kPlayStopped);
 }
 
-void QtMediaPlayers::Watch(Program& program, ControlId player) {
-  auto it = players_.find({player.form, player.index});
-  if (it == players_.end()) return;
-  Player& p = *it->second;
+void QtMediaPlayers::Watch(Program& program, ControlId player, Player* from) {
+  if (!Holds(player, from)) return;
+  Player& p = *from;
   qint64 position = p.media->position();
   p.stalledSeconds = position == p.lastPosition ? p.stalledSeconds + 1 : 0;
   p.lastPosition = position;
   if (p.stalledSeconds >= kStallSeconds) {
     p.media->stop();
-    Ended(program, player);
+    Ended(program, player, from);
   }
 }
 

@@ -31,6 +31,9 @@ class QtMediaPlayers : public QObject, public MediaPlayers {
   void Stop(Program& program, ControlId player) override;
   void SetPlayCount(Program& program, ControlId player, int playCount) override;
 
+  // Milliseconds into the file loaded in the player; -1 with none loaded.
+  qint64 Position(ControlId player) const;
+
   // Seconds without progress after which a playing file counts as stalled
   // and ends, so a movie cannot cover the game for ever.
   static constexpr int kStallSeconds = 5;
@@ -38,8 +41,11 @@ class QtMediaPlayers : public QObject, public MediaPlayers {
  private:
   struct Player;
   using Key = std::pair<int, int>;
-  void Ended(Program& program, ControlId player);
-  void Watch(Program& program, ControlId player);
+  // A signal of a file since replaced or unloaded must not end the file the
+  // control holds now: the handlers act only while the control holds theirs.
+  bool Holds(ControlId player, const Player* p) const;
+  void Ended(Program& program, ControlId player, Player* from);
+  void Watch(Program& program, ControlId player, Player* from);
 
   std::function<QWidget*(ControlId)> videoParent_;
   std::map<Key, std::unique_ptr<Player>> players_;
