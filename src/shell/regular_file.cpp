@@ -10,12 +10,20 @@
 namespace fw {
 
 int OpenRegularFile(const std::string& hostPath) {
-  // O_NONBLOCK: opening a FIFO for reading would otherwise wait for a writer.
+  // A device is not even opened: opening some has effects of its own.
+  struct stat st;
+  if (::stat(hostPath.c_str(), &st) != 0) return -1;
+  if (!S_ISREG(st.st_mode)) {
+    errno = EINVAL;
+    return -1;
+  }
+  // O_NONBLOCK: should a FIFO have taken the file's place since, opening it
+  // for reading would otherwise wait for a writer.
   int fd = ::open(hostPath.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return -1;
-  struct stat st;
   if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
     ::close(fd);
+    errno = EINVAL;
     return -1;
   }
   // Reads of a regular file never block; clear the flag all the same.

@@ -10,7 +10,8 @@ namespace fw {
 // read (a link to one is fine). A FIFO, a device or a folder reads as missing,
 // and the open never blocks on it.
 
-// An open descriptor of the regular file at the host path, or -1. The caller
+// An open descriptor of the regular file at the host path, or -1 with errno
+// telling why: ENOENT nothing is there, EINVAL not a regular file. The caller
 // closes it.
 int OpenRegularFile(const std::string& hostPath);
 
