@@ -1,7 +1,11 @@
 #pragma once
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "store/store_disk.h"
 
 namespace fw {
 
@@ -11,11 +15,18 @@ namespace fw {
 class QuestStore {
  public:
   // userDir: the folder (UTF-8, host form) that a bare file name means.
-  explicit QuestStore(std::string userDir);
+  explicit QuestStore(std::string userDir,
+                      std::shared_ptr<StoreDisk> disk = std::make_shared<RealStoreDisk>());
 
   // The value of the key, or "" when the file, section or key is missing or
-  // anything goes wrong. Never throws.
+  // anything goes wrong. Never throws. Only a regular file (or a link to one)
+  // is read; anything else reads as missing.
   std::string ReadINI(std::string_view path, std::string_view section, std::string_view key) const;
+
+  // As ReadINI, but nullopt when the file cannot be read: missing, not a
+  // regular file, or refused.
+  std::optional<std::string> TryReadINI(std::string_view path, std::string_view section,
+                                        std::string_view key) const;
 
   // Writes the key; silent when it cannot. Atomic: the file on disk is the old
   // one or the new one, never a torn mix.
@@ -27,7 +38,10 @@ class QuestStore {
     std::string_view section, key, value;
   };
   // Writes the keys in order as one change: the file on disk is the old one or
-  // the one with every key written. False when the file could not be written.
+  // the one with every key written. A write through a link goes to the file it
+  // names. False when the file could not be written: its folder is missing,
+  // it is not a regular file, its permissions forbid it, or the disk failed.
+  // A name or value ends at its first code 0, as a C string would.
   bool WriteINIKeys(std::string_view path, std::span<const Entry> entries) const;
 
   // The host path a profile path names: a bare name lies in userDir.
@@ -37,6 +51,7 @@ class QuestStore {
 
  private:
   std::string userDir_;
+  std::shared_ptr<StoreDisk> disk_;
 };
 
 // The grammar on a file's bytes, for the store, the fuzzer and the benchmarks.

@@ -1,0 +1,21 @@
+#pragma once
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "store/store_disk.h"
+
+namespace fw {
+
+// Gives the text a file should hold, from the text it holds ("" when missing).
+using TextEdit = std::function<std::string(std::string_view)>;
+
+// Rewrites the file that `path` names (links followed) under a lock on its
+// folder, so that two writers never lose each other's change. The file on
+// disk is the old one or the new one after a crash, a full disk or any other
+// failure, and keeps its mode. False, and the old file untouched, when it
+// cannot be read, when its permissions forbid writing, or when the new text
+// could not be written whole.
+bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit);
+
+}  // namespace fw
