@@ -3,7 +3,9 @@
 
 namespace fw {
 
-// The file operations on this machine's disk.
+// The file operations on this machine's disk. Copy and Head read regular
+// files only (a link to one is fine): anything else is missing, and never
+// blocks them.
 class DiskFiles : public FileSystem {
  public:
   void Copy(const std::string& from, const std::string& to) override;
