@@ -1,5 +1,7 @@
 #include "store/ini_command.h"
 
+#include <optional>
+
 #include "shell/codepage.h"
 #include "shell/failure.h"
 #include "shell/paths.h"
@@ -33,10 +35,19 @@ int RunIniCommand(const std::vector<std::string>& args, std::ostream& out, std::
   QuestStore store(home.empty() ? DefaultUserDir() : home);
   try {
     if (get) {
-      std::string value = store.ReadINI(words[1], words[2], words[3]);
-      out << Utf8FromCp1252(scrambled ? Decode(value) : value) << "\n";
+      std::optional<std::string> value = store.TryReadINI(words[1], words[2], words[3]);
+      if (!value) {
+        err << "fablewright ini: cannot read " << Utf8FromCp1252(words[1]) << "\n";
+        return 1;
+      }
+      out << Utf8FromCp1252(scrambled ? Decode(*value) : *value) << "\n";
     } else {
-      store.WriteINI(words[1], words[2], words[3], scrambled ? Encode(words[4]) : words[4]);
+      std::string value = scrambled ? Encode(words[4]) : words[4];
+      const QuestStore::Entry entry{words[2], words[3], value};
+      if (!store.WriteINIKeys(words[1], {&entry, 1})) {
+        err << "fablewright ini: cannot write " << Utf8FromCp1252(words[1]) << "\n";
+        return 1;
+      }
     }
   } catch (const Failure&) {
     err << "fablewright ini: the text holds a character that cannot be "

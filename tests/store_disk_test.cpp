@@ -1,0 +1,311 @@
+// The store and the file service on a real disk: links, FIFOs and devices,
+// a size limit, a full disk, a file its owner keeps from others, and what the
+// ini command says when a file cannot be read or written.
+#include <fcntl.h>
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <thread>
+
+#include "shell/disk_files.h"
+#include "shell/failure.h"
+#include "store/ini_command.h"
+#include "store/profile.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void Put(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+// Whether a file still holds `text`, told briefly: quests here are long.
+::testing::AssertionResult Holds(const std::string& path, const std::string& text) {
+  std::string now = Slurp(path);
+  if (now == text) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << path << " holds " << now.size() << " bytes, not the " << text.size()
+                                       << " expected";
+}
+
+// The names in a folder that a write may have left: temporary files.
+std::vector<std::string> Leftovers(const std::string& folder) {
+  std::vector<std::string> found;
+  for (auto& entry : fs::directory_iterator(folder))
+    if (entry.path().filename().string().find(".fw-") != std::string::npos) found.push_back(entry.path());
+  return found;
+}
+
+// Runs `body` in a child process and gives its exit code; -1 when it was
+// still running after the timeout (and was killed), or died of a signal.
+int InChild(const std::function<int()>& body, double seconds = 5) {
+  pid_t child = ::fork();
+  if (child == 0) ::_exit(body());
+  auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+  int status = 0;
+  while (::waitpid(child, &status, WNOHANG) == 0) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      ::kill(child, SIGKILL);
+      ::waitpid(child, &status, 0);
+      return -1;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// Becomes a user that owns none of the test's files; false when this process
+// may not.
+bool BecomeNobody() {
+  if (::geteuid() != 0) return true;  // already a plain user
+  return ::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0;
+}
+
+// The ini command, its per-user folder in `home`.
+int RunIni(const std::string& home, std::vector<std::string> args, std::string* printed = nullptr,
+           std::string* said = nullptr) {
+  args.insert(args.end(), {"--home", home});
+  std::ostringstream out, err;
+  int code = RunIniCommand(args, out, err);
+  if (printed) *printed = out.str();
+  if (said) *said = err.str();
+  return code;
+}
+
+class RealDisk : public ::testing::Test {
+ protected:
+  testing::TempDir dir;
+  std::string root = dir.str();
+  QuestStore store{root};
+};
+
+TEST_F(RealDisk, WritesGoToTheFileALinkNames) {
+  fs::create_directories(root + "/a");
+  fs::create_directories(root + "/b");
+  std::string quest = root + "/a/q.fbw", link = root + "/b/l.fbw", chain = root + "/b/chain.fbw";
+  store.WriteINI(quest, "1", "A", "1");
+  fs::create_symlink("../a/q.fbw", link);
+  fs::create_symlink("l.fbw", chain);
+  store.WriteINI(link, "1", "B", "2");
+  store.WriteINI(chain, "1", "C", "3");
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(Slurp(quest), "[1]\r\nA=1\r\nB=2\r\nC=3\r\n");
+  // A link that leads nowhere is not written, and nothing is made for it.
+  fs::create_symlink("../a/gone.fbw", root + "/b/dangling.fbw");
+  const QuestStore::Entry entry{"1", "A", "1"};
+  EXPECT_FALSE(store.WriteINIKeys(root + "/b/dangling.fbw", {&entry, 1}));
+  EXPECT_FALSE(fs::exists(root + "/a/gone.fbw"));
+  EXPECT_TRUE(fs::is_symlink(root + "/b/dangling.fbw"));
+}
+
+TEST_F(RealDisk, WritersThroughALinkAndThroughThePathLoseNoKey) {
+  fs::create_directories(root + "/a");
+  fs::create_directories(root + "/b");
+  std::string quest = root + "/a/q.fbw", link = root + "/b/l.fbw";
+  store.WriteINI(quest, "Story Info", "Title", "Shared");
+  fs::create_symlink("../a/q.fbw", link);
+  std::string names[] = {quest, link};
+  pid_t children[2];
+  for (int c = 0; c < 2; ++c) {
+    children[c] = ::fork();
+    if (children[c] == 0) {
+      for (int i = 0; i < 80; ++i) store.WriteINI(names[c], "Page", std::to_string(c) + "-" + std::to_string(i), "v");
+      ::_exit(0);
+    }
+  }
+  for (pid_t child : children) ::waitpid(child, nullptr, 0);
+  std::string text = Slurp(quest);
+  int lost = 0;
+  for (int c = 0; c < 2; ++c)
+    for (int i = 0; i < 80; ++i) lost += FindProfileValue(text, "Page", std::to_string(c) + "-" + std::to_string(i)) != "v";
+  EXPECT_EQ(lost, 0);
+  EXPECT_TRUE(fs::is_symlink(link));
+}
+
+TEST_F(RealDisk, FifosAndDevicesReadAsMissingAndAreNeverWritten) {
+  std::string fifo = root + "/fifo.fbw", quest = root + "/q.fbw";
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0666), 0);
+  Put(quest, "[1]\r\nk=v\r\n");
+  int code = InChild([&] {
+    DiskFiles files;
+    bool ok = store.ReadINI(fifo, "1", "k").empty() && !store.TryReadINI(fifo, "1", "k") &&
+              store.ReadINI("/dev/zero", "1", "k").empty() && files.Head(fifo, 8).empty() && files.Head("/dev/zero", 8).empty();
+    const QuestStore::Entry entry{"1", "k", "w"};
+    ok = ok && !store.WriteINIKeys(fifo, {&entry, 1});
+    for (auto [from, to] : {std::pair{fifo, root + "/copy"}, std::pair{std::string("/dev/zero"), root + "/copy"},
+                            std::pair{quest, fifo}, std::pair{quest, std::string("/dev/null")}, std::pair{quest, quest}}) {
+      try {
+        files.Copy(from, to);
+        ok = false;
+      } catch (const Failure&) {
+      }
+    }
+    return ok ? 0 : 1;
+  });
+  EXPECT_EQ(code, 0) << "-1: a reader hung or grew without bound";
+  struct stat st;
+  ASSERT_EQ(::stat(fifo.c_str(), &st), 0);
+  EXPECT_TRUE(S_ISFIFO(st.st_mode));
+  EXPECT_FALSE(fs::exists(root + "/copy"));
+  EXPECT_EQ(Slurp(quest), "[1]\r\nk=v\r\n");
+}
+
+TEST_F(RealDisk, HeadReadsOnlyWhatTheFileHoldsAndCopyCopiesIt) {
+  DiskFiles files;
+  std::string quest = root + "/q.fbw";
+  Put(quest, "[1]\r\nk=v\r\n");
+  ::chmod(quest.c_str(), 0640);
+  EXPECT_EQ(files.Head(quest, std::size_t(1) << 50), "[1]\r\nk=v\r\n");
+  EXPECT_EQ(files.Head(quest, 3), "[1]");
+  Put(root + "/old", std::string(100, 'x'));
+  files.Copy(quest, root + "/old");
+  EXPECT_EQ(Slurp(root + "/old"), "[1]\r\nk=v\r\n");
+  EXPECT_EQ(fs::status(root + "/old").permissions(), fs::perms(0640));
+}
+
+// A quest of about 12 KB, and a write that makes it a little longer.
+std::string TwelveKilobyteQuest() {
+  std::string text = "[Story Info]\r\nTitle=Limits\r\n";
+  for (int p = 1; text.size() < 12000; ++p) text += "[" + std::to_string(p) + "]\r\nPage Text=" + std::string(200, 'p') + "\r\n";
+  return text;
+}
+
+// `fablewright ini set` in a child whose files may not grow past 8 KB.
+int SetUnderASizeLimit(const std::string& quest, const std::string& home, bool ignoreSignal) {
+  return InChild([&] {
+    struct rlimit limit{8192, 8192};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::signal(SIGXFSZ, ignoreSignal ? SIG_IGN : SIG_DFL);
+    int quiet = ::open("/dev/null", O_WRONLY);
+    ::dup2(quiet, 2);
+    ::execl(FABLEWRIGHT_BIN, "fablewright", "ini", "set", quest.c_str(), "1", "B", "2", "--home", home.c_str(), nullptr);
+    return 127;
+  }, 30);
+}
+
+TEST_F(RealDisk, AWriteOverASizeLimitFailsAndKeepsTheQuest) {
+  std::string quest = root + "/q.fbw", text = TwelveKilobyteQuest();
+  Put(quest, text);
+  EXPECT_EQ(SetUnderASizeLimit(quest, root, true), 1);
+  EXPECT_TRUE(Holds(quest, text));
+  EXPECT_TRUE(Leftovers(root).empty());
+  // A writer killed by the limit may leave its temporary file; the next write
+  // of the quest removes it.
+  EXPECT_EQ(SetUnderASizeLimit(quest, root, false), -1);
+  EXPECT_TRUE(Holds(quest, text));
+  store.WriteINI(quest, "1", "B", "2");
+  EXPECT_EQ(store.ReadINI(quest, "1", "B"), "2");
+  EXPECT_TRUE(Leftovers(root).empty());
+}
+
+// A 200 KB tmpfs mounted for the test, when this process may mount one.
+struct SmallDisk {
+  std::string path;
+  bool mounted = false;
+  explicit SmallDisk(std::string at) : path(std::move(at)) {
+    fs::create_directories(path);
+    mounted = ::mount("tmpfs", path.c_str(), "tmpfs", 0, "size=200k") == 0;
+  }
+  ~SmallDisk() {
+    if (mounted) ::umount2(path.c_str(), MNT_DETACH);
+  }
+};
+
+TEST_F(RealDisk, AWriteToAFullDiskFailsAndKeepsTheQuest) {
+  SmallDisk disk(root + "/small");
+  if (!disk.mounted) GTEST_SKIP() << "cannot mount a small tmpfs here (needs root and CAP_SYS_ADMIN)";
+  std::string quest = disk.path + "/q.fbw", text = TwelveKilobyteQuest() + TwelveKilobyteQuest();
+  Put(quest, text);
+  {
+    std::ofstream filler(disk.path + "/filler", std::ios::binary);
+    std::string block(4096, 'f');
+    while (filler.write(block.data(), block.size())) filler.flush();
+  }
+  const QuestStore::Entry entry{"1", "Page Text", std::string(30000, 'n')};
+  EXPECT_FALSE(store.WriteINIKeys(quest, {&entry, 1}));
+  EXPECT_TRUE(Holds(quest, text));
+  EXPECT_TRUE(Leftovers(disk.path).empty());
+  std::string said;
+  EXPECT_EQ(RunIni(root, {"set", quest, "1", "Page Text", std::string(30000, 'n')}, nullptr, &said), 1);
+  EXPECT_EQ(said, "fablewright ini: cannot write " + quest + "\n");
+  EXPECT_TRUE(Holds(quest, text));
+}
+
+TEST_F(RealDisk, AFileItsPermissionsKeepFromTheWriterStaysAsItIs) {
+  std::string openDir = root + "/open", shut = root + "/shut";
+  fs::create_directories(openDir);
+  fs::create_directories(shut);
+  ::chmod(openDir.c_str(), 0777);
+  ::chmod(shut.c_str(), 0755);
+  Put(openDir + "/locked.fbw", "[1]\r\nk=old\r\n");
+  ::chmod((openDir + "/locked.fbw").c_str(), 0444);
+  Put(openDir + "/secret.fbw", "[1]\r\nk=old\r\n");
+  ::chmod((openDir + "/secret.fbw").c_str(), 0600);
+  Put(shut + "/shared.fbw", "[1]\r\nk=old\r\nlong=" + std::string(500, 'x') + "\r\n");
+  ::chmod((shut + "/shared.fbw").c_str(), 0666);
+  if (::geteuid() != 0) {
+    ::chmod(shut.c_str(), 0555);  // a read-only folder for this user too
+    ::chmod((openDir + "/secret.fbw").c_str(), 0);
+  }
+  int code = InChild([&] {
+    if (!BecomeNobody()) return 77;
+    const QuestStore::Entry entry{"1", "k", "new"};
+    const QuestStore::Entry shorter{"1", "long", "y"};
+    std::string said;
+    int refused = (store.WriteINIKeys(openDir + "/locked.fbw", {&entry, 1}) ? 0 : 1) +
+                  (RunIni(root, {"set", openDir + "/locked.fbw", "1", "k", "new"}, nullptr, &said) == 1 ? 2 : 0) +
+                  (RunIni(root, {"get", openDir + "/secret.fbw", "1", "k"}) == 1 ? 4 : 0);
+    // A read-only folder holding a writable file: the file is written in place.
+    bool inPlace = store.WriteINIKeys(shut + "/shared.fbw", {&entry, 1}) &&
+                   store.WriteINIKeys(shut + "/shared.fbw", {&shorter, 1});
+    return refused == 7 && inPlace ? 0 : 1;
+  });
+  ::chmod(shut.c_str(), 0755);
+  if (code == 77) GTEST_SKIP() << "cannot become an unprivileged user to test permissions";
+  EXPECT_EQ(code, 0);
+  EXPECT_EQ(Slurp(openDir + "/locked.fbw"), "[1]\r\nk=old\r\n");
+  EXPECT_EQ(fs::status(openDir + "/locked.fbw").permissions(), fs::perms(0444));
+  EXPECT_EQ(Slurp(shut + "/shared.fbw"), "[1]\r\nk=new\r\nlong=y\r\n");
+  EXPECT_TRUE(Leftovers(openDir).empty());
+}
+
+TEST_F(RealDisk, TheIniCommandSaysWhenAFileCannotBeReadOrWritten) {
+  std::string quest = root + "/q.fbw", printed, said;
+  EXPECT_EQ(RunIni(root, {"set", root + "/missing/q.fbw", "1", "k", "v"}, nullptr, &said), 1);
+  EXPECT_EQ(said, "fablewright ini: cannot write " + root + "/missing/q.fbw\n");
+  EXPECT_EQ(RunIni(root, {"get", quest, "1", "k"}, &printed, &said), 1);
+  EXPECT_EQ(printed, "");
+  EXPECT_EQ(said, "fablewright ini: cannot read " + quest + "\n");
+  EXPECT_EQ(RunIni(root, {"get", root, "1", "k"}), 1);
+  Put(quest, "[1]\r\nk=v\r\n");
+  EXPECT_EQ(RunIni(root, {"get", quest, "1", "other"}, &printed, &said), 0);
+  EXPECT_EQ(printed, "\n");
+  EXPECT_EQ(said, "");
+}
+
+TEST_F(RealDisk, AScrambledCodeZeroEndsTheStoredValue) {
+  std::string save = root + "/g.sav", printed;
+  EXPECT_EQ(RunIni(root, {"set", save, "saved game", "k", "a\x04" "b", "--scrambled"}), 0);
+  EXPECT_EQ(Slurp(save), "[saved game]\r\nk=]\r\n");
+  EXPECT_EQ(RunIni(root, {"get", save, "saved game", "k", "--scrambled"}, &printed), 0);
+  EXPECT_EQ(printed, "a\n");
+}
+
+}  // namespace
+}  // namespace fw
