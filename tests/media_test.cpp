@@ -2,8 +2,11 @@
 // backends and the virtual clock.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <fstream>
 
+#include "media/media_file.h"
 #include "media/media_length.h"
 #include "media/midi_api.h"
 #include "media/smf.h"
@@ -45,6 +48,42 @@ TEST(MediaFiles, KindsAndLengthsFromHeaders) {
   EXPECT_EQ(SniffMedia("hello world!"), MediaKind::None);
   EXPECT_FALSE(MediaLength(MediaKind::Avi, std::string("RIFF\0\0\0\0AVI ", 12)));
   EXPECT_FALSE(MediaLength(MediaKind::Wav, wav.substr(0, 30)));
+}
+
+// Headers where a file read by blocks can go wrong: one straddling a block,
+// one inside nested lists, a frame far past a large tag. The file on disk
+// must give what its bytes give.
+TEST(MediaFiles, LengthsReadFromDiskMatchTheBytes) {
+  testing::TempDir dir;
+  std::string wav = testing::TestWav(8000, 12000);
+  std::string junk = "junk" + testing::Le(4072, 4) + std::string(4072, 'j');
+  wav.insert(12, junk);  // "fmt " now starts 4 bytes before the 4 KiB mark
+  wav.replace(4, 4, testing::Le(wav.size() - 8, 4));
+  std::string avih = "avih" + testing::Le(56, 4) + testing::Le(100000, 4) + std::string(12, '\0') +
+                     testing::Le(25, 4) + std::string(36, '\0');
+  std::string strl = "LIST" + testing::Le(4 + 8, 4) + "strlJUNK" + testing::Le(0, 4);
+  std::string hdrl = "LIST" + testing::Le(4 + strl.size() + avih.size(), 4) + "hdrl" + strl + avih;
+  std::string avi = "RIFF" + testing::Le(4 + hdrl.size(), 4) + "AVI " + hdrl;
+  std::string mp3 = std::string("ID3\x04\0\0\0\0\x27\x08", 10) + std::string(5000, 'x') + "\xFF\xFB\x90\x64" +
+                    std::string(16000 - 4, 'f');  // a tag of 5000 bytes, then 16000 bytes at 128 kbps
+  struct Case {
+    const char* name;
+    const std::string& bytes;
+    MediaKind kind;
+    double seconds;
+  };
+  for (const Case& c : {Case{"straddle.wav", wav, MediaKind::Wav, 1.5}, Case{"nested.avi", avi, MediaKind::Avi, 2.5},
+                        Case{"tagged.mp3", mp3, MediaKind::Mp3, 1.0}}) {
+    SCOPED_TRACE(c.name);
+    std::ofstream(dir.str() + "/" + c.name, std::ios::binary) << c.bytes;
+    MediaFileInfo info = ReadMediaFile(dir.str() + "/" + c.name);
+    EXPECT_EQ(info.kind, c.kind);
+    ASSERT_TRUE(info.length);
+    EXPECT_DOUBLE_EQ(*info.length, c.seconds);
+    EXPECT_EQ(info.length, MediaLength(c.kind, c.bytes));
+  }
+  EXPECT_EQ(ReadMediaFile(dir.str()).kind, MediaKind::None);  // a folder
+  EXPECT_EQ(ReadMediaFile(dir.str() + "/none.wav").kind, MediaKind::None);
 }
 
 class MidiTest : public ::testing::Test {
@@ -171,6 +210,46 @@ TEST_F(MidiTest, AStartWhileATrackPlaysRunsItsOwnFullLength) {
     Wait(0.6);
     EXPECT_EQ(mp3.PlayState(), kPlayStopped);
   }
+}
+
+// A RIFF file of `depth` LIST chunks, each inside the one before.
+std::string NestedLists(const char* form, int depth) {
+  std::string lists;
+  for (int i = 0; i < depth; ++i) lists += "LIST" + testing::Le(12 * (depth - i) - 8, 4) + "INFO";
+  return "RIFF" + testing::Le(4 + lists.size(), 4) + form + lists;
+}
+
+// Headers built to hurt: they load and play for the fixed length, and take
+// neither the stack nor the time of the program.
+TEST_F(MidiTest, HostileHeadersPlayForTheFixedLength) {
+  std::ofstream(dir + "/deep.wav", std::ios::binary) << NestedLists("WAVE", 100000);
+  std::ofstream(dir + "/deep.avi", std::ios::binary) << NestedLists("AVI ", 100000);
+  std::string wav = testing::TestWav(8000, 8000);
+  std::string lying = wav;
+  lying.replace(16, 4, testing::Le(0xFFFFFFF0, 4));  // "fmt " claims 4 GB
+  std::ofstream(dir + "/lying.wav", std::ios::binary) << lying;
+  std::ofstream(dir + "/tag.mp3", std::ios::binary) << std::string("ID3\x04\0\0\x7F\x7F\x7F\x7F", 10) + std::string(64, '\xFF');
+  for (const char* file : {"deep.wav", "deep.avi", "lying.wav", "tag.mp3"}) {
+    SCOPED_TRACE(file);
+    MediaPlayer player(p.surface(), "FrmGame", std::string(file).ends_with(".avi") ? "Movie" : "playmp3");
+    player.SetFileName(file);
+    player.Play();
+    Wait(HeadlessPlayers::kUnknownLength - 0.01);
+    EXPECT_EQ(player.PlayState(), kPlayPlaying);
+    Wait(0.02);
+    EXPECT_EQ(player.PlayState(), kPlayStopped);
+  }
+}
+
+// A FIFO named as a track or a tune reads as a missing file: the program
+// neither waits for a writer nor plays it.
+TEST_F(MidiTest, AFifoIsNoMediaFileAndNeverBlocks) {
+  ASSERT_EQ(::mkfifo((dir + "/pipe.wav").c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo((dir + "/pipe.mid").c_str(), 0600), 0);
+  MediaPlayer mp3(p.surface(), "FrmGame", "playmp3");
+  EXPECT_THROW(mp3.SetFileName("pipe.wav"), Failure);
+  StartMidi(p, "pipe.mid", true, 1);
+  EXPECT_FALSE(p.midi.MidiOpen);
 }
 
 }  // namespace

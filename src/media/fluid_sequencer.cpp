@@ -8,9 +8,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <vector>
 
+#include "media/media_file.h"
 #include "media/midi_api.h"
 #include "media/smf.h"
 #include "shell/program.h"
@@ -37,11 +37,6 @@ fluid_audio_driver_t* OpenAudioQuietly(fluid_settings_t* settings, fluid_synth_t
   }
   if (null >= 0) ::close(null);
   return driver;
-}
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace
@@ -92,10 +87,11 @@ void FluidSequencer::DropPlayer() {
 }
 
 bool FluidSequencer::Open(const std::string& file) {
-  if (file.empty() || !fluid_is_midifile(file.c_str())) return false;
-  std::string bytes = ReadFile(file);
-  if (!MidiLength(bytes) || !EnsureSynth()) return false;
-  open_[file] = std::move(bytes);
+  // The tune is read once, here, through the regular-file check: FluidSynth
+  // plays these bytes and never opens the file itself (a FIFO would block it).
+  auto bytes = file.empty() ? std::nullopt : ReadMidiFile(file);
+  if (!bytes || !MidiLength(*bytes) || !EnsureSynth()) return false;
+  open_[file] = std::move(*bytes);
   return true;
 }
 
@@ -105,7 +101,7 @@ bool FluidSequencer::Play(Program& program, const std::string& file, std::int32_
   if (it == open_.end()) return false;
   DropPlayer();
   player_ = new_fluid_player(synth_);
-  if (!player_ || fluid_player_add(player_, file.c_str()) != FLUID_OK) {
+  if (!player_ || fluid_player_add_mem(player_, it->second.data(), it->second.size()) != FLUID_OK) {
     DropPlayer();
     return false;
   }

@@ -1,37 +1,20 @@
 #include "media/headless_media.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
-#include "media/media_length.h"
+#include "media/media_file.h"
 #include "media/midi_api.h"
 #include "media/smf.h"
 #include "shell/media_player.h"
 #include "shell/program.h"
 
 namespace fw {
-namespace {
-
-// Media files the project plays are small; a larger one is read this far.
-constexpr std::size_t kReadLimit = 64 << 20;
-
-std::string ReadUpTo(const std::string& path, std::size_t limit) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return {};
-  std::string bytes;
-  bytes.resize(limit);
-  in.read(bytes.data(), static_cast<std::streamsize>(limit));
-  bytes.resize(static_cast<std::size_t>(in.gcount()));
-  return bytes;
-}
-
-}  // namespace
 
 bool HeadlessSequencer::Open(const std::string& file) {
   log.push_back("open " + file);
   if (file.empty()) return false;
-  auto length = MidiLength(ReadUpTo(file, kReadLimit));
+  auto bytes = ReadMidiFile(file);
+  auto length = bytes ? MidiLength(*bytes) : std::nullopt;
   if (!length) return false;
   lengths_[file] = *length;
   return true;
@@ -56,11 +39,10 @@ void HeadlessSequencer::Close(const std::string& file) {
 }
 
 bool HeadlessPlayers::Load(Program& program, ControlId player, const std::string& file) {
-  std::string bytes = ReadUpTo(file, kReadLimit);
-  MediaKind kind = SniffMedia(bytes);
-  if (kind == MediaKind::None) return false;
+  MediaFileInfo media = ReadMediaFile(file);
+  if (media.kind == MediaKind::None) return false;
   State& s = players_[{player.form, player.index}];
-  s.length = MediaLength(kind, bytes).value_or(kUnknownLength);
+  s.length = media.length.value_or(kUnknownLength);
   s.playing = false;
   s.round = ++lastRound_;
   return true;

@@ -1,9 +1,18 @@
 #include "media/media_length.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <vector>
 
 namespace fw {
 namespace {
+
+// A RIFF walk stops at this many chunk headers and looks no deeper than this
+// many LIST chunks: real files hold their headers near the start and nest
+// two or three deep, and a crafted file must cost neither stack nor time.
+constexpr int kMaxChunks = 4096;
+constexpr std::size_t kMaxListDepth = 16;
+// How far past the ID3 tag an MP3's first frame is looked for.
+constexpr std::size_t kFrameSearch = 64 << 10;
 
 std::uint32_t Le(std::string_view b, std::size_t at, int bytes) {
   std::uint32_t v = 0;
@@ -11,59 +20,87 @@ std::uint32_t Le(std::string_view b, std::size_t at, int bytes) {
   return v;
 }
 
-// The chunks of a RIFF file: gives the offset and size of the first chunk
-// with the id, searching inside LIST chunks too.
-std::optional<std::pair<std::size_t, std::uint32_t>> FindChunk(std::string_view b, std::size_t from,
-                                                               std::size_t to, std::string_view id) {
-  std::size_t at = from;
-  while (at + 8 <= to) {
-    std::string_view cid = b.substr(at, 4);
-    std::uint32_t size = Le(b, at + 4, 4);
-    if (cid == id) return std::make_pair(at + 8, size);
-    if (cid == "LIST" && at + 12 <= to) {
-      std::size_t end = at + 8 + std::min<std::size_t>(size, to - at - 8);
-      if (auto inner = FindChunk(b, at + 12, end, id)) return inner;
+// Where a chunk's body starts in the file, and the size its header claims.
+struct Chunk {
+  std::uint64_t body;
+  std::uint32_t size;
+};
+
+// The first chunk with the id, in file order, looking inside LIST chunks
+// too. Each open LIST keeps its end and where the walk goes on after it.
+std::optional<Chunk> FindChunk(MediaBytes& file, std::string_view id) {
+  struct Open {
+    std::uint64_t end, next;
+  };
+  std::vector<Open> lists;
+  std::uint64_t at = 12;  // past "RIFF", its size and the form type
+  for (int seen = 0; seen < kMaxChunks;) {
+    std::uint64_t end = lists.empty() ? file.Size() : lists.back().end;
+    if (at + 8 > end) {
+      if (lists.empty()) break;
+      at = lists.back().next;
+      lists.pop_back();
+      continue;
     }
-    std::size_t next = at + 8 + size + (size & 1);
-    if (next <= at) break;
-    at = next;
+    ++seen;
+    std::string_view head = file.Read(at, 8);
+    if (head.size() < 8) break;
+    std::uint32_t size = Le(head, 4, 4);
+    if (head.substr(0, 4) == id) return Chunk{at + 8, size};
+    std::uint64_t next = at + 8 + size + (size & 1);
+    if (head.substr(0, 4) == "LIST" && at + 12 <= end && lists.size() < kMaxListDepth) {
+      lists.push_back({at + 8 + std::min<std::uint64_t>(size, end - at - 8), next});
+      at += 12;  // past the list's type
+    } else {
+      at = next;
+    }
   }
   return std::nullopt;
 }
 
-std::optional<double> WavLength(std::string_view b) {
-  auto fmt = FindChunk(b, 12, b.size(), "fmt ");
-  auto data = FindChunk(b, 12, b.size(), "data");
-  if (!fmt || !data || fmt->second < 16 || fmt->first + 16 > b.size()) return std::nullopt;
-  std::uint32_t byteRate = Le(b, fmt->first + 8, 4);
-  if (byteRate == 0) return std::nullopt;
-  std::uint32_t size = std::min<std::uint64_t>(data->second, b.size() - data->first);
+std::optional<double> WavLength(MediaBytes& file) {
+  auto fmt = FindChunk(file, "fmt ");
+  auto data = FindChunk(file, "data");
+  if (!fmt || !data || fmt->size < 16) return std::nullopt;
+  std::string_view format = file.Read(fmt->body, 16);
+  if (format.size() < 16) return std::nullopt;
+  std::uint32_t byteRate = Le(format, 8, 4);
+  if (byteRate == 0 || data->body > file.Size()) return std::nullopt;
+  std::uint64_t size = std::min<std::uint64_t>(data->size, file.Size() - data->body);
   return static_cast<double>(size) / byteRate;
 }
 
-std::optional<double> AviLength(std::string_view b) {
-  auto avih = FindChunk(b, 12, b.size(), "avih");
-  if (!avih || avih->first + 20 > b.size()) return std::nullopt;
-  std::uint32_t microsPerFrame = Le(b, avih->first, 4);
-  std::uint32_t frames = Le(b, avih->first + 16, 4);
+std::optional<double> AviLength(MediaBytes& file) {
+  auto avih = FindChunk(file, "avih");
+  if (!avih) return std::nullopt;
+  std::string_view header = file.Read(avih->body, 20);
+  if (header.size() < 20) return std::nullopt;
+  std::uint32_t microsPerFrame = Le(header, 0, 4);
+  std::uint32_t frames = Le(header, 16, 4);
   if (microsPerFrame == 0 || frames == 0) return std::nullopt;
   return static_cast<double>(microsPerFrame) * frames / 1e6;
 }
 
+// Where the audio starts: past an ID3v2 tag, whose size is stored seven
+// bits to the byte.
+std::uint64_t PastId3(MediaBytes& file) {
+  std::string_view tag = file.Read(0, 10);
+  if (tag.size() < 10 || tag.substr(0, 3) != "ID3") return 0;
+  return 10 + ((Le(tag, 6, 1) & 0x7F) << 21 | (Le(tag, 7, 1) & 0x7F) << 14 | (Le(tag, 8, 1) & 0x7F) << 7 |
+               (Le(tag, 9, 1) & 0x7F));
+}
+
 // MPEG-1 layer III: the bit rate of the first frame and the size of the file.
-std::optional<double> Mp3Length(std::string_view b) {
-  std::size_t at = 0;
-  if (b.substr(0, 3) == "ID3" && b.size() >= 10) {
-    at = 10 + ((Le(b, 6, 1) & 0x7F) << 21 | (Le(b, 7, 1) & 0x7F) << 14 | (Le(b, 8, 1) & 0x7F) << 7 |
-               (Le(b, 9, 1) & 0x7F));
-  }
+std::optional<double> Mp3Length(MediaBytes& file) {
   static constexpr int kKbps[16] = {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 0};
-  for (; at + 4 <= b.size(); ++at) {
+  std::uint64_t start = PastId3(file);
+  std::string_view b = file.Read(start, kFrameSearch);
+  for (std::size_t at = 0; at + 4 <= b.size(); ++at) {
     auto b0 = static_cast<unsigned char>(b[at]), b1 = static_cast<unsigned char>(b[at + 1]);
     if (b0 != 0xFF || (b1 & 0xFE) != 0xFA) continue;  // MPEG-1, layer III
     int kbps = kKbps[static_cast<unsigned char>(b[at + 2]) >> 4];
     if (kbps == 0) continue;
-    return static_cast<double>(b.size() - at) * 8 / (kbps * 1000.0);
+    return static_cast<double>(file.Size() - start - at) * 8 / (kbps * 1000.0);
   }
   return std::nullopt;
 }
@@ -83,14 +120,19 @@ MediaKind SniffMedia(std::string_view head) {
   return MediaKind::None;
 }
 
-std::optional<double> MediaLength(MediaKind kind, std::string_view bytes) {
+std::optional<double> MediaLength(MediaKind kind, MediaBytes& file) {
   switch (kind) {
-    case MediaKind::Wav: return WavLength(bytes);
-    case MediaKind::Avi: return AviLength(bytes);
-    case MediaKind::Mp3: return Mp3Length(bytes);
+    case MediaKind::Wav: return WavLength(file);
+    case MediaKind::Avi: return AviLength(file);
+    case MediaKind::Mp3: return Mp3Length(file);
     case MediaKind::None: break;
   }
   return std::nullopt;
+}
+
+std::optional<double> MediaLength(MediaKind kind, std::string_view bytes) {
+  MemoryBytes file(bytes);
+  return MediaLength(kind, file);
 }
 
 }  // namespace fw

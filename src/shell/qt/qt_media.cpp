@@ -7,9 +7,7 @@
 #include <QVideoWidget>
 #include <QWidget>
 
-#include <fstream>
-
-#include "media/media_length.h"
+#include "media/media_file.h"
 #include "shell/media_player.h"
 #include "shell/program.h"
 
@@ -25,26 +23,13 @@ struct QtMediaPlayers::Player {
   int stalledSeconds = 0;
 };
 
-namespace {
-
-// The first bytes of a file, to refuse what is no sound or movie at once.
-std::string Head(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::string head(16, '\0');
-  in.read(head.data(), static_cast<std::streamsize>(head.size()));
-  head.resize(static_cast<std::size_t>(in.gcount()));
-  return head;
-}
-
-}  // namespace
-
 QtMediaPlayers::QtMediaPlayers(std::function<QWidget*(ControlId)> videoParent)
     : videoParent_(std::move(videoParent)) {}
 
 QtMediaPlayers::~QtMediaPlayers() = default;
 
 bool QtMediaPlayers::Load(Program& program, ControlId player, const std::string& file) {
-  if (SniffMedia(Head(file)) == MediaKind::None) return false;
+  if (SniffMediaFile(file) == MediaKind::None) return false;
   auto p = std::make_unique<Player>();
   p->media = std::make_unique<QMediaPlayer>();
   p->audio = std::make_unique<QAudioOutput>();
