@@ -39,6 +39,27 @@ TEST(MidiFile, LengthFollowsTheLastEventAndEveryTempo) {
   MidiLength(garbage);  // must not crash, whatever it answers
 }
 
+// Two tracks that change the tempo at the same tick: the later track's
+// change holds, as a sequencer that reads the tracks in order would do.
+TEST(MidiFile, TempoChangesFromEveryTrackTimeTheTune) {
+  auto big = [](std::uint32_t v, int bytes) {
+    std::string s;
+    for (int i = bytes - 1; i >= 0; --i) s += static_cast<char>((v >> (8 * i)) & 0xFF);
+    return s;
+  };
+  auto track = [&](const std::string& events) { return "MTrk" + big(events.size(), 4) + events; };
+  auto tempo = [&](std::uint32_t micros) { return std::string("\xFF\x51\x03", 3) + big(micros, 3); };
+  std::string endOfTrack("\0\xFF\x2F\0", 4);
+  // Ticks as variable-length numbers: 960 is 0x87 0x40.
+  std::string first = std::string(1, '\0') + tempo(500000) + "\x87\x40" + tempo(250000) + "\x87\x40\x90\x3C\x40" + endOfTrack;
+  std::string second = "\x87\x40" + tempo(1000000) + endOfTrack;
+  std::string tune = "MThd" + big(6, 4) + big(1, 2) + big(2, 2) + big(480, 2) + track(first) + track(second);
+  EXPECT_DOUBLE_EQ(*MidiLength(tune), 1.0 + 2.0);  // two quarters at 0.5 s, two at 1 s
+  EXPECT_EQ(*MidiTickAt(tune, 0.5), 480u);
+  EXPECT_EQ(*MidiTickAt(tune, 2.0), 1440u);
+  EXPECT_EQ(*MidiTickAt(tune, 99), 1920u);
+}
+
 TEST(MediaFiles, KindsAndLengthsFromHeaders) {
   std::string wav = testing::TestWav(8000, 12000);
   EXPECT_EQ(SniffMedia(wav), MediaKind::Wav);

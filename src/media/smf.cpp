@@ -1,7 +1,7 @@
 #include "media/smf.h"
 
 #include <algorithm>
-#include <map>
+#include <vector>
 
 namespace fw {
 namespace {
@@ -41,9 +41,16 @@ struct Reader {
   }
 };
 
+// A change of tempo: from its tick on, a quarter lasts `micros`; `seconds`
+// is the time from the start of the tune to the tick.
+struct Tempo {
+  std::uint64_t tick;
+  std::uint32_t micros;
+  double seconds = 0;
+};
+
 // Walks one track: gives its last tick, and adds its tempo changes.
-std::optional<std::uint64_t> ScanTrack(std::string_view track,
-                                       std::map<std::uint64_t, std::uint32_t>& tempos) {
+std::optional<std::uint64_t> ScanTrack(std::string_view track, std::vector<Tempo>& tempos) {
   Reader r{track};
   std::uint64_t tick = 0;
   std::uint32_t status = 0;
@@ -53,7 +60,7 @@ std::optional<std::uint64_t> ScanTrack(std::string_view track,
     if (c == 0xFF) {
       std::uint32_t type = r.Byte();
       std::uint32_t len = r.Vlq();
-      if (type == 0x51 && len == 3) tempos[tick] = r.Big(3);
+      if (type == 0x51 && len == 3) tempos.push_back({tick, r.Big(3)});
       else r.Skip(len);
       if (type == 0x2F) break;
     } else if (c == 0xF0 || c == 0xF7) {
@@ -84,12 +91,30 @@ void PutVlq(std::string& out, std::uint32_t v) {
 
 namespace {
 
-// A file's timing: ticks per quarter, the tempo changes, the last tick.
+// A file's timing: ticks per quarter, the tempo changes in order of their
+// ticks (the first at tick 0), the last tick.
 struct Timing {
   std::uint32_t division = 0;
-  std::map<std::uint64_t, std::uint32_t> tempos{{0, 500000}};
+  std::vector<Tempo> tempos{{0, 500000}};
   std::uint64_t last = 0;
 };
+
+// Puts the changes of all tracks in order of their ticks, keeps the last
+// one read at each tick, and times each from the one before: every later
+// question about a tick is then one search.
+void OrderTempos(Timing& t) {
+  std::stable_sort(t.tempos.begin(), t.tempos.end(), [](const Tempo& a, const Tempo& b) { return a.tick < b.tick; });
+  std::vector<Tempo>& all = t.tempos;
+  std::size_t kept = 1;
+  for (std::size_t i = 1; i < all.size(); ++i) {
+    if (all[i].tick != all[kept - 1].tick) ++kept;
+    all[kept - 1] = all[i];
+  }
+  all.resize(kept);
+  for (std::size_t i = 1; i < all.size(); ++i)
+    all[i].seconds =
+        all[i - 1].seconds + static_cast<double>(all[i].tick - all[i - 1].tick) * all[i - 1].micros / 1e6 / t.division;
+}
 
 std::optional<Timing> ReadTiming(std::string_view bytes) {
   Reader r{bytes};
@@ -112,21 +137,17 @@ std::optional<Timing> ReadTiming(std::string_view bytes) {
     t.last = std::max(t.last, *end);
     r.pos += length;
   }
+  OrderTempos(t);
   return t;
 }
 
 // Seconds from the start to a tick, each stretch at its own tempo.
 double SecondsAt(const Timing& t, std::uint64_t tick) {
-  double seconds = 0;
-  std::uint64_t at = 0;
-  std::uint32_t tempo = 500000;
-  for (auto [change, micros] : t.tempos) {
-    if (change >= tick) break;
-    seconds += static_cast<double>(change - at) * tempo / 1e6 / t.division;
-    at = change;
-    tempo = micros;
-  }
-  return seconds + static_cast<double>(tick - at) * tempo / 1e6 / t.division;
+  // The last change before the tick; the first, at tick 0, when none is.
+  auto after = std::lower_bound(t.tempos.begin() + 1, t.tempos.end(), tick,
+                                [](const Tempo& change, std::uint64_t at) { return change.tick < at; });
+  const Tempo& in = *(after - 1);
+  return in.seconds + static_cast<double>(tick - in.tick) * in.micros / 1e6 / t.division;
 }
 
 }  // namespace
