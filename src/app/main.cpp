@@ -1,4 +1,5 @@
 // The command line: one program, several jobs.
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -129,6 +130,9 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Over a file-size limit a write fails and is reported like any other
+  // failed write, instead of the signal killing the program mid-game.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::vector<std::string> args(argv + 1, argv + argc);
   if (args.empty() || args[0].starts_with("--app-dir") || args[0].starts_with("--home"))
     return Run(args, argc, argv);
