@@ -16,13 +16,6 @@ namespace fs = std::filesystem;
 namespace fw {
 namespace {
 
-// Closes a descriptor when it goes out of scope.
-struct Fd {
-  int fd = -1;
-  ~Fd() {
-    if (fd >= 0) ::close(fd);
-  }
-};
 
 // The destination of a copy, opened for writing only when it is a regular
 // file or missing: a FIFO must not wait for a reader, nor a device be written.

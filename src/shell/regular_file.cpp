@@ -9,6 +9,10 @@
 
 namespace fw {
 
+Fd::~Fd() {
+  if (fd >= 0) ::close(fd);
+}
+
 int OpenRegularFile(const std::string& hostPath) {
   // A device is not even opened: opening some has effects of its own.
   struct stat st;

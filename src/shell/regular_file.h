@@ -5,6 +5,16 @@
 
 namespace fw {
 
+// Closes a descriptor when it goes out of scope.
+struct Fd {
+  int fd = -1;
+  Fd() = default;
+  explicit Fd(int f) : fd(f) {}
+  Fd(const Fd&) = delete;
+  Fd& operator=(const Fd&) = delete;
+  ~Fd();
+};
+
 // Every reader of the program's files (quests, saved games, character files,
 // game.dat, scripts, media) opens them through these: only a regular file is
 // read (a link to one is fine). A FIFO, a device or a folder reads as missing,

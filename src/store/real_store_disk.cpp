@@ -14,13 +14,6 @@
 namespace fw {
 namespace {
 
-// Closes a descriptor when it goes out of scope.
-struct Fd {
-  int fd = -1;
-  ~Fd() {
-    if (fd >= 0) ::close(fd);
-  }
-};
 
 class FolderLock : public StoreDisk::Lock {
  public:
