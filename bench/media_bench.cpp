@@ -1,14 +1,13 @@
 // The length of a sound file as the headless players read it, against a
 // plain read of the whole file, in one run. Files are WAVs of N KiB.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
 
+#include "bench_files.h"
 #include "media/media_file.h"
 
 namespace {
@@ -27,8 +26,7 @@ const std::string& WavFile(int kib) {
   static std::map<int, std::string> made;
   auto it = made.find(kib);
   if (it != made.end()) return it->second;
-  fs::path dir = fs::temp_directory_path() / ("fwbench-media-" + std::to_string(::getpid()));
-  fs::create_directories(dir);
+  fs::path dir = fw::bench::ScratchFolder("media");
   std::string path = (dir / ("track" + std::to_string(kib) + ".wav")).string();
   std::string info = "LIST" + Le(4 + 8 + 12, 4) + "INFOINAM" + Le(12, 4) + "Rain on tin";
   info += '\0';
@@ -41,13 +39,7 @@ const std::string& WavFile(int kib) {
 
 void BM_MediaReadWholeFile(benchmark::State& state) {
   const std::string& path = WavFile(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    int fd = ::open(path.c_str(), O_RDONLY);
-    std::string bytes(fs::file_size(path), '\0');
-    benchmark::DoNotOptimize(::read(fd, bytes.data(), bytes.size()));
-    ::close(fd);
-    benchmark::DoNotOptimize(bytes);
-  }
+  for (auto _ : state) fw::bench::ReadWholeFile(path);
 }
 
 void BM_MediaLength(benchmark::State& state) {

@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 
+#include "bench_files.h"
 #include "store/profile.h"
 
 namespace {
@@ -22,8 +23,7 @@ const std::string& QuestFile(int pages) {
   static std::map<int, std::string> made;
   auto it = made.find(pages);
   if (it != made.end()) return it->second;
-  fs::path dir = fs::temp_directory_path() / ("fwbench-" + std::to_string(::getpid()));
-  fs::create_directories(dir);
+  fs::path dir = fw::bench::ScratchFolder("quest");
   std::string path = (dir / ("quest" + std::to_string(pages) + ".fbw")).string();
   std::ofstream out(path, std::ios::binary);
   out << "[Story Info]\r\nTitle=Bench\r\nAuthor=Bench\r\nVersion=1\r\n\r\n[Quest Data]\r\nNumber Of Pages="
@@ -44,13 +44,7 @@ const std::string& QuestFile(int pages) {
 
 void BM_ReadFile(benchmark::State& state) {
   const std::string& path = QuestFile(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
-    int fd = ::open(path.c_str(), O_RDONLY);
-    std::string text(fs::file_size(path), '\0');
-    benchmark::DoNotOptimize(::read(fd, text.data(), text.size()));
-    ::close(fd);
-    benchmark::DoNotOptimize(text);
-  }
+  for (auto _ : state) fw::bench::ReadWholeFile(path);
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(fs::file_size(path)));
 }
 

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 
+#include "bench_files.h"
 #include "play/quest_paths.h"
 #include "shell/forms.h"
 #include "shell/headless/headless_services.h"
@@ -18,12 +19,11 @@ namespace fs = std::filesystem;
 
 // A quest folder of 100 media files, with a program whose current folder it is.
 struct QuestFolderFixture {
-  fs::path dir = fs::temp_directory_path() / ("fwbench-paths-" + std::to_string(::getpid()));
+  fs::path dir = fw::bench::ScratchFolder("paths");
   fw::HeadlessPlatform platform;
   std::unique_ptr<fw::Program> program;
 
   QuestFolderFixture() {
-    fs::create_directories(dir);
     for (int i = 0; i < 100; ++i) std::ofstream(dir / ("room" + std::to_string(i) + ".jpg")) << "x";
     program = std::make_unique<fw::Program>(platform.services(),
                                             fw::AppInfo{dir.string(), "fablewright", dir.string(), dir.string()},

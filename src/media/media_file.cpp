@@ -17,15 +17,10 @@ class FileBytes : public MediaBytes {
  public:
   explicit FileBytes(const std::string& hostPath) : fd_(OpenRegularFile(hostPath)) {
     struct stat st;
-    if (fd_ >= 0 && ::fstat(fd_, &st) == 0) size_ = static_cast<std::uint64_t>(st.st_size);
+    if (fd_.fd >= 0 && ::fstat(fd_.fd, &st) == 0) size_ = static_cast<std::uint64_t>(st.st_size);
   }
-  ~FileBytes() override {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  FileBytes(const FileBytes&) = delete;
-  FileBytes& operator=(const FileBytes&) = delete;
 
-  bool open() const { return fd_ >= 0; }
+  bool open() const { return fd_.fd >= 0; }
   std::uint64_t Size() override { return size_; }
 
   std::string_view Read(std::uint64_t offset, std::size_t n) override {
@@ -45,7 +40,7 @@ class FileBytes : public MediaBytes {
     block_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(n, size_ - offset)));
     std::size_t got = 0;
     while (got < block_.size()) {
-      ssize_t r = ::pread(fd_, block_.data() + got, block_.size() - got, static_cast<off_t>(offset + got));
+      ssize_t r = ::pread(fd_.fd, block_.data() + got, block_.size() - got, static_cast<off_t>(offset + got));
       if (r < 0 && errno == EINTR) continue;
       if (r <= 0) break;
       got += static_cast<std::size_t>(r);
@@ -53,7 +48,7 @@ class FileBytes : public MediaBytes {
     block_.resize(got);
   }
 
-  int fd_;
+  Fd fd_;
   std::uint64_t size_ = 0;
   std::uint64_t blockAt_ = 0;
   std::string block_;

@@ -16,7 +16,6 @@ namespace fs = std::filesystem;
 namespace fw {
 namespace {
 
-
 // The destination of a copy, opened for writing only when it is a regular
 // file or missing: a FIFO must not wait for a reader, nor a device be written.
 int OpenCopyTarget(const std::string& path, const struct stat& source) {

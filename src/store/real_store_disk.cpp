@@ -14,7 +14,6 @@
 namespace fw {
 namespace {
 
-
 class FolderLock : public StoreDisk::Lock {
  public:
   explicit FolderLock(int fd) : fd_{fd} {}
@@ -73,8 +72,8 @@ int RealStoreDisk::Read(const std::string& path, std::string& bytes, FileMeta* m
   Fd in{OpenRegularFile(path)};
   if (in.fd < 0) return errno;
   if (!ReadToEnd(in.fd, bytes)) return errno ? errno : EIO;
-  struct stat st;
   if (!meta) return 0;
+  struct stat st;
   if (::fstat(in.fd, &st) != 0) return errno;
   *meta = {static_cast<unsigned>(st.st_mode & 07777), st.st_uid, st.st_gid};
   return 0;
