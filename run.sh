@@ -12,6 +12,7 @@ scripts/build.sh
 # A game writes its character into the quest file, so it plays a copy.
 rm -rf build/demo-play
 cp -r quests/demo build/demo-play
+cp -r build/demo-media/. build/demo-play/
 mkdir -p build/demo-home
 cd build/demo-play
 if [ -t 0 ] && [ -t 1 ]; then

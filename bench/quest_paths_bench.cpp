@@ -8,10 +8,10 @@
 #include <string>
 
 #include "bench_files.h"
+#include "bindings/headless/headless_services.h"
+#include "forms/program.h"
 #include "play/quest_paths.h"
 #include "shell/forms.h"
-#include "shell/headless/headless_services.h"
-#include "shell/program.h"
 
 namespace {
 

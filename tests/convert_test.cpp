@@ -1,9 +1,9 @@
 // Number conversions in the Basic manner, and the code page at the boundary.
 #include <gtest/gtest.h>
 
-#include "shell/codepage.h"
-#include "shell/convert.h"
-#include "shell/failure.h"
+#include "forms/codepage.h"
+#include "forms/convert.h"
+#include "forms/failure.h"
 
 namespace fw {
 namespace {

@@ -6,11 +6,11 @@
 #include <numeric>
 #include <vector>
 
+#include "forms/convert.h"
+#include "platform/draw_random.h"
 #include "play/battle_hooks.h"
 #include "play/draws.h"
 #include "play/game_state.h"
-#include "shell/convert.h"
-#include "shell/draw_random.h"
 #include "shell/forms.h"
 #include "test_program.h"
 

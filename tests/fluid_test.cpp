@@ -4,9 +4,10 @@
 
 #include <fstream>
 
-#include "media/fluid_sequencer.h"
 #include "media/midi_api.h"
+#include "media/midi_state.h"
 #include "media/smf.h"
+#include "platform/fluid_sequencer.h"
 #include "shell/forms.h"
 #include "test_program.h"
 
@@ -28,16 +29,16 @@ TEST(FluidSequencer, RendersAToneAndRestartsAtTheEndOfTheTune) {
   Program p(services, AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
 
   StartMidi(p, "junk.mid", true, 1);
-  EXPECT_FALSE(p.midi.MidiOpen);  // refused: silence, no failure
+  EXPECT_FALSE(Midi(p).MidiOpen);  // refused: silence, no failure
 
   StartMidi(p, "tune.mid", true, 1);
-  ASSERT_TRUE(p.midi.MidiOpen);
+  ASSERT_TRUE(Midi(p).MidiOpen);
   EXPECT_GT(fluid.Render(0.5), 0.01f);
-  std::uint32_t tune = p.midi.generation;
+  std::uint32_t tune = Midi(p).generation;
   platform.clock.Set(platform.clock.Now() + 1.0);  // the tune lasts one second
   p.RunDue();
-  EXPECT_GT(p.midi.generation, tune);  // played again, here, on this thread
-  EXPECT_TRUE(p.midi.MidiOpen);
+  EXPECT_GT(Midi(p).generation, tune);  // played again, here, on this thread
+  EXPECT_TRUE(Midi(p).MidiOpen);
   EXPECT_GT(fluid.Render(0.3), 0.01f);
   Command2_Click(p);
   fluid.Render(1.0);  // the release tail dies away

@@ -6,13 +6,14 @@
 
 #include <fstream>
 
+#include "forms/controls.h"
+#include "forms/media_player.h"
 #include "media/media_file.h"
 #include "media/media_length.h"
 #include "media/midi_api.h"
+#include "media/midi_state.h"
 #include "media/smf.h"
-#include "shell/controls.h"
 #include "shell/forms.h"
-#include "shell/media_player.h"
 #include "test_media.h"
 #include "test_program.h"
 
@@ -129,10 +130,10 @@ TEST_F(MidiTest, StartMidiClosesUnhooksPumpsThenPlaysAndHooks) {
   // The stop closes the empty name; the second close names the new file.
   EXPECT_EQ(log, (std::vector<std::string>{"close ", "close a.mid", "open " + dir + "/a.mid",
                                            "play " + dir + "/a.mid from 0"}));
-  EXPECT_TRUE(p.midi.MidiOpen);
-  EXPECT_TRUE(p.midi.hooked);
-  EXPECT_TRUE(p.midi.MidiRepeat);
-  EXPECT_EQ(p.midi.MidiFile, dir + "/a.mid");
+  EXPECT_TRUE(Midi(p).MidiOpen);
+  EXPECT_TRUE(Midi(p).hooked);
+  EXPECT_TRUE(Midi(p).MidiRepeat);
+  EXPECT_EQ(Midi(p).MidiFile, dir + "/a.mid");
 }
 
 TEST_F(MidiTest, AtTheEndTheTuneStartsAgainWithoutANewOpen) {
@@ -160,8 +161,8 @@ TEST_F(MidiTest, StopTwiceIsHarmlessAndSilencesForGood) {
   StartMidi(p, "a.mid", true, 1);
   Command2_Click(p);
   Command2_Click(p);
-  EXPECT_FALSE(p.midi.MidiOpen);
-  EXPECT_FALSE(p.midi.hooked);
+  EXPECT_FALSE(Midi(p).MidiOpen);
+  EXPECT_FALSE(Midi(p).hooked);
   log.clear();
   Wait(5);
   EXPECT_TRUE(log.empty());
@@ -170,25 +171,25 @@ TEST_F(MidiTest, StopTwiceIsHarmlessAndSilencesForGood) {
 TEST_F(MidiTest, MissingOrBlankFileFailsSilentlyWithTheHookInPlace) {
   for (const char* file : {"", "missing.mid"}) {
     StartMidi(p, file, true, 1);
-    EXPECT_EQ(p.midi.MidiFile, "");
-    EXPECT_FALSE(p.midi.MidiOpen);
-    EXPECT_TRUE(p.midi.hooked);
+    EXPECT_EQ(Midi(p).MidiFile, "");
+    EXPECT_FALSE(Midi(p).MidiOpen);
+    EXPECT_TRUE(Midi(p).hooked);
     EXPECT_EQ(log.back(), "open ");
   }
 }
 
 TEST_F(MidiTest, AStretchUsesFromAndToAndAnEndWithoutHookIsLost) {
-  p.midi.MidiFile = "a.mid";
-  p.midi.MidiFrom = 0;
-  p.midi.MidiTo = 500;
-  p.midi.MidiRepeat = false;
+  Midi(p).MidiFile = "a.mid";
+  Midi(p).MidiFrom = 0;
+  Midi(p).MidiTo = 500;
+  Midi(p).MidiRepeat = false;
   MidiPlay(p);
   EXPECT_EQ(log.back(), "play " + dir + "/a.mid from 0 to 500");
   Wait(0.5);  // no hook: the end goes nowhere and the device stays open
-  EXPECT_TRUE(p.midi.MidiOpen);
+  EXPECT_TRUE(Midi(p).MidiOpen);
   MidiHook(p);
-  MidiNotify(p, p.midi.generation);  // not repeating: an end closes
-  EXPECT_FALSE(p.midi.MidiOpen);
+  MidiNotify(p, Midi(p).generation);  // not repeating: an end closes
+  EXPECT_FALSE(Midi(p).MidiOpen);
 }
 
 TEST_F(MidiTest, PlayersLoadPlayForTheirLengthAndTakeANewCount) {
@@ -270,7 +271,7 @@ TEST_F(MidiTest, AFifoIsNoMediaFileAndNeverBlocks) {
   MediaPlayer mp3(p.surface(), "FrmGame", "playmp3");
   EXPECT_THROW(mp3.SetFileName("pipe.wav"), Failure);
   StartMidi(p, "pipe.mid", true, 1);
-  EXPECT_FALSE(p.midi.MidiOpen);
+  EXPECT_FALSE(Midi(p).MidiOpen);
 }
 
 }  // namespace

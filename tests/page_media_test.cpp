@@ -3,12 +3,12 @@
 
 #include <fstream>
 
+#include "forms/controls.h"
+#include "forms/media_player.h"
 #include "media/page_media.h"
-#include "play/frmgame.h"
 #include "play/game_state.h"
-#include "shell/media_player.h"
-#include "shell/controls.h"
 #include "shell/forms.h"
+#include "shell/frmgame.h"
 #include "test_media.h"
 #include "test_program.h"
 

@@ -9,6 +9,7 @@
 #include "play/show_page.h"
 #include "play/start_quest.h"
 #include "shell/forms.h"
+#include "store/program_store.h"
 #include "test_program.h"
 
 namespace fw {
@@ -152,10 +153,10 @@ TEST(TestPlay, LevelGainWritesTheWorkingFile) {
   for (float v : {0.5f, 0.5f, 0.62f, 0.5f, 0.5f}) t.platform.random.Queue(v);
   p.surface().Raise(p.surface().Id("FrmGame", "Picture7"), Event::Click);
   EXPECT_EQ(g.pg.Caption(), "3");
-  EXPECT_EQ(p.ReadINI("tmpquest.ini", "CharacterData", "CharLevel"), "2");
-  EXPECT_EQ(p.ReadINI("tmpquest.ini", "CharacterData", "CharHp"), "39");
-  EXPECT_EQ(p.ReadINI("tmpquest.ini", "CharacterData", "CharAtk"), "13");
-  EXPECT_EQ(p.ReadINI("tmpquest.ini", "CharacterData", "CharCreateAllow"), "1");
+  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharLevel"), "2");
+  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharHp"), "39");
+  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharAtk"), "13");
+  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharCreateAllow"), "1");
   EXPECT_EQ(g.HPPlay.Value(), 30.0f);
 }
 

@@ -3,10 +3,10 @@
 
 #include <fstream>
 
+#include "forms/codepage.h"
+#include "forms/failure.h"
 #include "play/quest_paths.h"
-#include "shell/codepage.h"
 #include "shell/forms.h"
-#include "shell/failure.h"
 #include "test_program.h"
 
 namespace fw {

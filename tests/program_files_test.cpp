@@ -3,8 +3,8 @@
 
 #include <fstream>
 
+#include "platform/real_services.h"
 #include "shell/forms.h"
-#include "shell/real_services.h"
 #include "test_program.h"
 
 namespace fw {

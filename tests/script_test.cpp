@@ -7,13 +7,23 @@
 #include <fstream>
 #include <sstream>
 
-#include "shell/headless/headless_services.h"
-#include "shell/headless/script_parse.h"
-#include "shell/headless/script_runner.h"
+#include "app/assembly.h"
+#include "bindings/headless/headless_services.h"
+#include "bindings/headless/script_parse.h"
+#include "bindings/headless/script_runner.h"
 #include "test_program.h"
 
 namespace fw {
 namespace {
+
+// Runs a script on a program whose folders are dir, as the command line makes it.
+int RunIn(const std::string& dir, const std::string& script, std::ostream& out, std::ostream& err) {
+  Launch launch;
+  launch.appDir = launch.home = dir;
+  launch.exeName = "fablewright";
+  Assembly assembly(launch);
+  return RunScript(script, {}, assembly.Maker(), out, err);
+}
 
 struct ScriptResult {
   int code;
@@ -25,8 +35,7 @@ ScriptResult RunText(const std::string& script) {
   std::string path = dir.str() + "/t.txt";
   std::ofstream(path) << script;
   std::ostringstream out, err;
-  ScriptOptions options{dir.str(), "fablewright", dir.str(), false};
-  int code = RunScript(path, options, out, err);
+  int code = RunIn(dir.str(), path, out, err);
   return {code, out.str(), err.str()};
 }
 
@@ -127,16 +136,15 @@ TEST(ScriptRun, LineEndsAndAByteOrderMarkReadAsTheText) {
 TEST(ScriptRun, AFolderOrAMissingFileIsNoScript) {
   testing::TempDir dir;
   std::ostringstream out, err;
-  ScriptOptions options{dir.str(), "fablewright", dir.str(), false};
-  EXPECT_EQ(RunScript(dir.str(), options, out, err), 2);
+  EXPECT_EQ(RunIn(dir.str(), dir.str(), out, err), 2);
   EXPECT_NE(err.str().find("is a folder, not a script file"), std::string::npos) << err.str();
   EXPECT_EQ(out.str().find("passed"), std::string::npos) << out.str();
-  EXPECT_EQ(RunScript(dir.str() + "/none.txt", options, out, err), 2);
+  EXPECT_EQ(RunIn(dir.str(), dir.str() + "/none.txt", out, err), 2);
   EXPECT_NE(err.str().find("cannot read script"), std::string::npos) << err.str();
   // A FIFO with no writer would block a plain open for ever.
   std::string fifo = dir.str() + "/pipe.txt";
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-  EXPECT_EQ(RunScript(fifo, options, out, err), 2);
+  EXPECT_EQ(RunIn(dir.str(), fifo, out, err), 2);
 }
 
 TEST(ScriptRun, ExitOrClosingTheLastWindowEndsTheProgram) {
@@ -158,7 +166,7 @@ TEST(ScriptRun, FilesAndProfilesAreCheckedFromTheScriptsFolder) {
                            "expect ini " << dir.str() << "/q.fbw \"Story Info\" title == \"The Old Mill\"\n"
                            "expect ini tmpquest.ini x y == \"\"\n";
   std::ostringstream out, err;
-  EXPECT_EQ(RunScript(script, {dir.str(), "fablewright", dir.str(), false}, out, err), 0) << out.str() << err.str();
+  EXPECT_EQ(RunIn(dir.str(), script, out, err), 0) << out.str() << err.str();
   EXPECT_NE(out.str().find("4 passed, 0 failed"), std::string::npos);
 }
 

@@ -18,8 +18,8 @@
 #include <sstream>
 #include <thread>
 
-#include "shell/disk_files.h"
-#include "shell/failure.h"
+#include "forms/failure.h"
+#include "platform/disk_files.h"
 #include "store/ini_command.h"
 #include "store/profile.h"
 #include "test_program.h"

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "forms/failure.h"
 #include "store/ini_command.h"
-#include "shell/failure.h"
 #include "store/profile.h"
 #include "store/records.h"
 #include "store/scrambler.h"

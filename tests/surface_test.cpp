@@ -4,8 +4,8 @@
 
 #include <fstream>
 
-#include "shell/controls.h"
-#include "shell/convert.h"
+#include "forms/controls.h"
+#include "forms/convert.h"
 #include "test_program.h"
 
 namespace fw {

@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "shell/headless/headless_services.h"
-#include "shell/program.h"
+#include "bindings/headless/headless_services.h"
+#include "forms/program.h"
 
 namespace fw::testing {
 

@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "app/assembly.h"
+#include "bindings/headless/script_runner.h"
+#include "bindings/qt/qt_desktop.h"
+#include "bindings/terminal/terminal_player.h"
+#include "forms/paths.h"
 #include "store/ini_command.h"
-#include "shell/headless/script_runner.h"
-#include "shell/paths.h"
-#include "shell/qt/qt_desktop.h"
-#include "shell/terminal/terminal_player.h"
 
 namespace {
 
@@ -33,13 +34,22 @@ std::filesystem::path SelfPath() {
   return ec ? std::filesystem::path("fablewright") : p;
 }
 
-// Reads --app-dir and --home into the options; gives false on a stray word.
-bool Folders(const std::vector<std::string>& args, std::size_t& i, std::string& appDir, std::string& home) {
+// A launch from the running executable, before the options change it.
+fw::Launch DefaultLaunch() {
+  std::filesystem::path self = SelfPath();
+  fw::Launch launch;
+  launch.appDir = self.parent_path().string();
+  launch.exeName = self.stem().string();
+  return launch;
+}
+
+// Reads --app-dir and --home into the launch; gives false on a stray word.
+bool Folders(const std::vector<std::string>& args, std::size_t& i, fw::Launch& launch) {
   const std::string& a = args[i];
   if ((a != "--app-dir" && a != "--home") || i + 1 >= args.size()) return false;
   std::string dir = std::filesystem::absolute(args[++i]).lexically_normal().string();
   if (dir.size() > 1 && dir.back() == '/') dir.pop_back();
-  (a == "--app-dir" ? appDir : home) = dir;
+  (a == "--app-dir" ? launch.appDir : launch.home) = dir;
   return true;
 }
 
@@ -54,12 +64,10 @@ std::string UserDir(const std::string& given) {
 int Script(const std::vector<std::string>& args) {
   std::string file;
   fw::ScriptOptions options;
-  std::filesystem::path self = SelfPath();
-  options.appDir = self.parent_path().string();
-  options.exeName = self.stem().string();
+  fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& a = args[i];
-    if (Folders(args, i, options.appDir, options.home)) continue;
+    if (Folders(args, i, launch)) continue;
     if (a == "--transcript") {
       options.transcript = true;
     } else if (file.empty() && !a.starts_with("--")) {
@@ -73,8 +81,9 @@ int Script(const std::vector<std::string>& args) {
     std::cerr << "fablewright: script needs a FILE\n";
     return 2;
   }
-  options.home = UserDir(options.home);
-  return fw::RunScript(file, options, std::cout, std::cerr);
+  launch.home = UserDir(launch.home);
+  fw::Assembly assembly(launch);
+  return fw::RunScript(file, options, assembly.Maker(), std::cout, std::cerr);
 }
 
 // A seed: one to nine digits.
@@ -84,15 +93,13 @@ bool IsSeed(const std::string& s) {
 
 int Play(const std::vector<std::string>& args) {
   fw::TerminalOptions options;
-  std::filesystem::path self = SelfPath();
-  options.appDir = self.parent_path().string();
-  options.exeName = self.stem().string();
+  fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (Folders(args, i, options.appDir, options.home)) continue;
+    if (Folders(args, i, launch)) continue;
     if (args[i] == "--silent") {
-      options.sound = false;
+      launch.sound = false;
     } else if (args[i] == "--seed" && i + 1 < args.size() && IsSeed(args[i + 1])) {
-      options.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
+      launch.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
     } else if (options.quest.empty() && !args[i].starts_with("--")) {
       options.quest = args[i];
     } else {
@@ -104,27 +111,26 @@ int Play(const std::vector<std::string>& args) {
     std::cerr << "fablewright: no quest file " << options.quest << "\n";
     return 1;
   }
-  options.home = UserDir(options.home);
-  return fw::PlayInTerminal(options, 0, stdout);
+  launch.home = UserDir(launch.home);
+  fw::Assembly assembly(launch);
+  return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
 }
 
 // The program's own job: its windows on a desktop, the terminal player
 // where there is no display.
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
-  fw::DesktopOptions options;
-  std::filesystem::path self = SelfPath();
-  options.appDir = self.parent_path().string();
-  options.exeName = self.stem().string();
+  fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (!Folders(args, i, options.appDir, options.home)) {
+    if (!Folders(args, i, launch)) {
       std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
       return 2;
     }
   }
-  options.home = UserDir(options.home);
-  if (fw::DisplayAvailable()) return fw::RunDesktop(options, argc, argv);
+  launch.home = UserDir(launch.home);
+  fw::Assembly assembly(launch);
+  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv);
   std::cerr << "fablewright: no display; playing in the terminal instead\n";
-  return fw::PlayInTerminal({"", options.appDir, options.exeName, options.home, true, {}}, 0, stdout);
+  return fw::PlayInTerminal({}, assembly.Maker(), 0, stdout);
 }
 
 }  // namespace

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "forms/media_player.h"
+#include "forms/program.h"
 #include "media/media_file.h"
 #include "media/midi_api.h"
 #include "media/smf.h"
-#include "shell/media_player.h"
-#include "shell/program.h"
 
 namespace fw {
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "shell/services.h"
-#include "shell/surface.h"
+#include "forms/services.h"
+#include "forms/surface.h"
 
 namespace fw {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "shell/regular_file.h"
+#include "forms/regular_file.h"
 
 namespace fw {
 namespace {

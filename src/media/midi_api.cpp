@@ -1,7 +1,8 @@
 #include "media/midi_api.h"
 
-#include "shell/codepage.h"
-#include "shell/program.h"
+#include "forms/codepage.h"
+#include "forms/program.h"
+#include "media/midi_state.h"
 
 namespace fw {
 namespace {
@@ -17,7 +18,7 @@ std::string FullPath(Program& p, std::string_view file) {
 }  // namespace
 
 void MidiPlay(Program& p) {
-  MidiApiState& m = p.midi;
+  MidiApiState& m = Midi(p);
   m.MidiFile = FullPath(p, m.MidiFile);
   Sequencer& sequencer = *p.services().sequencer;
   std::string host = Utf8FromCp1252(m.MidiFile);
@@ -27,30 +28,30 @@ void MidiPlay(Program& p) {
 }
 
 void MidiClose(Program& p) {
-  MidiApiState& m = p.midi;
+  MidiApiState& m = Midi(p);
   p.services().sequencer->Close(Utf8FromCp1252(m.MidiFile));
   ++m.generation;
   m.MidiOpen = false;
 }
 
-void MidiHook(Program& p) { p.midi.hooked = true; }
+void MidiHook(Program& p) { Midi(p).hooked = true; }
 
-void MidiUnhook(Program& p) { p.midi.hooked = false; }
+void MidiUnhook(Program& p) { Midi(p).hooked = false; }
 
 void MidiWndProc(Program& p, int message, int wParam) {
   if (message != kMM_MCINOTIFY || wParam != kMCI_NOTIFY_SUCCESSFUL) return;
-  if (p.midi.MidiRepeat) MidiPlay(p);
+  if (Midi(p).MidiRepeat) MidiPlay(p);
   else MidiClose(p);
 }
 
 void MidiNotify(Program& p, std::uint32_t tune) {
-  if (!p.midi.hooked) return;  // no window procedure of ours: the message is lost
-  MidiWndProc(p, kMM_MCINOTIFY, tune == p.midi.generation ? kMCI_NOTIFY_SUCCESSFUL : kMCI_NOTIFY_SUPERSEDED);
+  if (!Midi(p).hooked) return;  // no window procedure of ours: the message is lost
+  MidiWndProc(p, kMM_MCINOTIFY, tune == Midi(p).generation ? kMCI_NOTIFY_SUCCESSFUL : kMCI_NOTIFY_SUPERSEDED);
 }
 
 void StartMidi(Program& p, std::string_view file, bool stopFirst, std::int32_t window) {
   if (stopFirst) Command2_Click(p);
-  MidiApiState& m = p.midi;
+  MidiApiState& m = Midi(p);
   m.MidiWindow = window;
   m.MidiFile = file;
   m.MidiRepeat = true;

@@ -2,6 +2,8 @@
 #include <cstdint>
 #include <string>
 
+#include "forms/program.h"
+
 namespace fw {
 
 // The module fields of the MIDI voice: one for the whole program.
@@ -15,5 +17,8 @@ struct MidiApiState {
   bool MidiRepeat = false;
   std::uint32_t generation = 0;  // bumped by every play and close: older ends are stale
 };
+
+// The program's MIDI fields.
+inline MidiApiState& Midi(Program& p) { return p.Module<MidiApiState>(); }
 
 }  // namespace fw

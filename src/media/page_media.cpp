@@ -1,8 +1,8 @@
 #include "media/page_media.h"
 
-#include "shell/controls.h"
-#include "shell/media_player.h"
-#include "shell/program.h"
+#include "forms/controls.h"
+#include "forms/media_player.h"
+#include "forms/program.h"
 
 namespace fw {
 namespace {

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <string>
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "media/midi_api.h"
 #include "media/page_media.h"
 #include "play/battle_hooks.h"
@@ -11,8 +13,6 @@
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
-#include "shell/convert.h"
-#include "shell/program.h"
 
 namespace fw {
 namespace {

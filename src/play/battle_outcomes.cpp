@@ -2,16 +2,16 @@
 #include <cmath>
 #include <string>
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "play/battle_rules.h"
 #include "play/character.h"
-#include "play/draws.h"
 #include "play/choose_option.h"
+#include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
-#include "shell/convert.h"
-#include "shell/program.h"
 
 namespace fw {
 namespace {

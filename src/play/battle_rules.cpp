@@ -1,8 +1,8 @@
 #include "play/battle_rules.h"
 
-#include "shell/controls.h"
-#include "shell/convert.h"
-#include "shell/program.h"
+#include "forms/controls.h"
+#include "forms/convert.h"
+#include "forms/program.h"
 
 namespace fw {
 

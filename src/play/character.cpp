@@ -5,12 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "play/battle_hooks.h"
 #include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
-#include "shell/convert.h"
-#include "shell/program.h"
+#include "store/program_store.h"
 #include "store/scrambler.h"
 
 namespace fw {
@@ -64,7 +65,7 @@ std::optional<std::array<std::string, 5>> ReadCharFile(Program& p, const std::st
   std::array<std::string, 5> values;
   for (std::size_t i = 0; i < kFields.size(); ++i) {
     try {
-      values[i] = Decode(p.ReadINI(file, kSection, kFields[i].key));
+      values[i] = Decode(ReadINI(p, file, kSection, kFields[i].key));
     } catch (const Failure&) {
       error = std::string("The character file is damaged: its ") + kFields[i].label + " cannot be read.";
       return std::nullopt;
@@ -95,7 +96,7 @@ void SaveCharacter(Program& p) {
     }
     entries[i] = {kSection, kFields[i].key, encoded[i]};
   }
-  if (!p.WriteINIKeys(*file, entries))
+  if (!WriteINIKeys(p, *file, entries))
     p.MsgBox("The character file " + *file + " could not be written.", 16, "Error Saving Character:");
 }
 
@@ -108,7 +109,7 @@ bool WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first) {
     values[i] = (g.*kFields[i].box).Text();
     entries.push_back({kSection, kFields[i].key, values[i]});
   }
-  if (p.WriteINIKeys(g.questfil.Caption(), entries)) return true;
+  if (WriteINIKeys(p, g.questfil.Caption(), entries)) return true;
   p.Notice("The character could not be written to the quest file " + g.questfil.Caption() + ".");
   return false;
 }

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <string>
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
-#include "shell/convert.h"
-#include "shell/program.h"
 
 namespace fw {
 namespace {

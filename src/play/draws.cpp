@@ -3,10 +3,10 @@
 #include <cmath>
 #include <string>
 
+#include "forms/controls.h"
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "play/battle_rules.h"
-#include "shell/controls.h"
-#include "shell/convert.h"
-#include "shell/program.h"
 
 namespace fw {
 

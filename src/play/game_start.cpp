@@ -2,10 +2,11 @@
 
 #include <string>
 
+#include "forms/program.h"
 #include "play/game_state.h"
 #include "play/quest_paths.h"
 #include "play/start_quest.h"
-#include "shell/program.h"
+#include "store/program_store.h"
 
 namespace fw {
 namespace {
@@ -15,15 +16,15 @@ constexpr const char* kForm = "FrmGame";
 std::string GameDat(Program& p) { return p.AppPath() + "\\game.dat"; }
 
 // The packaged game's quest file, "" when this is no packaged game.
-std::string PackagedQuest(Program& p) { return p.ReadINI(GameDat(p), "loaddat", "QuestFile"); }
+std::string PackagedQuest(Program& p) { return ReadINI(p, GameDat(p), "loaddat", "QuestFile"); }
 
 // The packaged game's own look. Names are used as they stand, so a bare name
 // means the current folder; a picture that cannot be loaded leaves the old one.
 void LoadGameArt(Program& p) {
-  std::string menuButton = p.ReadINI(GameDat(p), "Image", "MenuButton");
+  std::string menuButton = ReadINI(p, GameDat(p), "Image", "MenuButton");
   if (!menuButton.empty())
     Skip([&] { Image(p.surface(), kForm, "Image4").SetPicture(LoadQuestPicture(p, menuButton, p.AppPath())); });
-  std::string background = p.ReadINI(GameDat(p), "Image", "Background");
+  std::string background = ReadINI(p, GameDat(p), "Image", "Background");
   if (!background.empty())
     Skip([&] { FormHandle(p.surface(), kForm).SetPicture(LoadQuestPicture(p, background, p.AppPath())); });
 }
@@ -32,7 +33,7 @@ void LoadGameArt(Program& p) {
 void HideAuthoring(Program& p) {
   FormSurface& s = p.surface();
   for (const char* menu : {"mnufile", "mnuhelp", "mnupdate"}) Menu(s, kForm, menu).SetVisible(false);
-  FormHandle(s, kForm).SetCaption(p.ReadINI(GameDat(p), "Game Data", "Title"));
+  FormHandle(s, kForm).SetCaption(ReadINI(p, GameDat(p), "Game Data", "Title"));
   Image(s, kForm, "Image8").SetVisible(false);
   Image(s, kForm, "Image1").SetVisible(false);
   Label(s, kForm, "Label15").SetVisible(false);

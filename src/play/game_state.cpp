@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "shell/program.h"
+#include "forms/program.h"
 
 namespace fw {
 

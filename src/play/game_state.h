@@ -1,5 +1,5 @@
 #pragma once
-#include "shell/controls.h"
+#include "forms/controls.h"
 
 namespace fw {
 

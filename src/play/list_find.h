@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "shell/controls.h"
+#include "forms/controls.h"
 
 namespace fw {
 

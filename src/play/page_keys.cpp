@@ -1,7 +1,8 @@
 #include "play/page_keys.h"
 
+#include "forms/program.h"
 #include "play/game_state.h"
-#include "shell/program.h"
+#include "store/program_store.h"
 
 namespace fw {
 
@@ -10,7 +11,7 @@ std::string PageKey(Program& p, const GameState& g, std::string_view key) {
 }
 
 std::string QuestKey(Program& p, const GameState& g, std::string_view section, std::string_view key) {
-  return p.ReadINI(g.questfil.Caption(), section, key);
+  return ReadINI(p, g.questfil.Caption(), section, key);
 }
 
 }  // namespace fw

@@ -2,13 +2,13 @@
 
 #include <string>
 
+#include "forms/controls.h"
+#include "forms/program.h"
 #include "media/midi_api.h"
 #include "media/page_media.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
-#include "shell/controls.h"
-#include "shell/program.h"
 
 namespace fw {
 

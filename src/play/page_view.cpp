@@ -1,7 +1,7 @@
 #include "play/page_view.h"
 
+#include "forms/program.h"
 #include "play/game_state.h"
-#include "shell/program.h"
 
 namespace fw::frmgame {
 

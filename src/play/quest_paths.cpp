@@ -7,9 +7,9 @@
 #include <system_error>
 #include <vector>
 
-#include "shell/codepage.h"
-#include "shell/paths.h"
-#include "shell/program.h"
+#include "forms/codepage.h"
+#include "forms/paths.h"
+#include "forms/program.h"
 
 namespace fw {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 #include <string_view>
 
-#include "shell/surface.h"
+#include "forms/surface.h"
 
 namespace fw {
 

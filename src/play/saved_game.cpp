@@ -1,12 +1,13 @@
 #include "play/saved_game.h"
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "media/midi_api.h"
 #include "play/character.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
-#include "shell/convert.h"
-#include "shell/program.h"
+#include "store/program_store.h"
 #include "store/records.h"
 #include "store/scrambler.h"
 
@@ -64,7 +65,7 @@ bool WriteSave(Program& p, const GameState& g, const std::string& target, const 
     items.push_back(std::move(item));
     entries.push_back({kListDataSection, keys.back(), items.back()});
   }
-  return p.WriteINIKeys(target, entries);
+  return WriteINIKeys(p, target, entries);
 }
 
 // The file the player picks, after the start-of-command checks; nullopt

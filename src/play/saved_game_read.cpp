@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <string>
 
+#include "forms/convert.h"
+#include "forms/failure.h"
+#include "forms/program.h"
 #include "play/saved_game.h"
-#include "shell/convert.h"
-#include "shell/failure.h"
-#include "shell/program.h"
+#include "store/program_store.h"
 #include "store/records.h"
 #include "store/scrambler.h"
 
@@ -15,13 +16,13 @@ namespace {
 // an item; with none, indices from 0 up to the first blank one.
 std::vector<std::string> ReadItems(Program& p, const std::string& file) {
   std::vector<std::string> items;
-  std::string count = p.ReadINI(file, "saved game", "HowMuchInList");
+  std::string count = ReadINI(p, file, "saved game", "HowMuchInList");
   auto n = ParseNumber(count);
   bool counted = n && *n >= 0 && *n == static_cast<long>(*n) && NumberText(*n) == count;
   // A list holds at most 32,767 items, which also bounds a damaged count.
   long end = counted ? std::min(static_cast<long>(*n), 32767L) : 32767L;
   for (long i = counted ? -1 : 0; i < end; ++i) {
-    std::string item = p.ReadINI(file, kListDataSection, std::to_string(i));
+    std::string item = ReadINI(p, file, kListDataSection, std::to_string(i));
     if (!item.empty()) items.push_back(item);
     else if (!counted) break;
   }
@@ -31,7 +32,7 @@ std::vector<std::string> ReadItems(Program& p, const std::string& file) {
 }  // namespace
 
 std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file) {
-  auto read = [&](const char* section, const char* key) { return p.ReadINI(file, section, key); };
+  auto read = [&](const char* section, const char* key) { return ReadINI(p, file, section, key); };
   if (read("saved game", "room").empty() && read("saved game", "option 1").empty()) return std::nullopt;
   SavedGame g;
   std::string* fields[] = {&g.room, &g.options[0], &g.options[1], &g.options[2], &g.options[3], &g.page,

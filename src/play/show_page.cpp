@@ -2,13 +2,13 @@
 
 #include <string>
 
+#include "forms/convert.h"
+#include "forms/program.h"
 #include "play/battle_hooks.h"
 #include "play/game_state.h"
 #include "play/list_find.h"
 #include "play/page_keys.h"
 #include "play/page_media.h"
-#include "shell/convert.h"
-#include "shell/program.h"
 
 namespace fw {
 namespace {

@@ -2,13 +2,13 @@
 
 #include <string>
 
+#include "forms/program.h"
 #include "play/battle_hooks.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/page_media.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
-#include "shell/program.h"
 
 namespace fw {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "play/frmgame.h"
+#include "shell/frmgame.h"
 
 namespace fw {
 

@@ -1,7 +1,7 @@
 #pragma once
 #include <span>
 
-#include "shell/form_table.h"
+#include "forms/form_table.h"
 
 namespace fw {
 

@@ -1,7 +1,7 @@
 #include "shell/game_panels.h"
 
-#include "shell/controls.h"
-#include "shell/program.h"
+#include "forms/controls.h"
+#include "forms/program.h"
 
 namespace fw {
 namespace {

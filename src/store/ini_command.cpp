@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "shell/codepage.h"
-#include "shell/failure.h"
-#include "shell/paths.h"
+#include "forms/codepage.h"
+#include "forms/failure.h"
+#include "forms/paths.h"
 #include "store/profile.h"
 #include "store/scrambler.h"
 

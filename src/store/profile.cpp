@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "shell/paths.h"
+#include "forms/paths.h"
 #include "store/profile.h"
 #include "store/safe_write.h"
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 
-#include "shell/regular_file.h"
+#include "forms/regular_file.h"
 #include "store/store_disk.h"
 
 namespace fw {

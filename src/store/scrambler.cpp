@@ -1,6 +1,6 @@
 #include "store/scrambler.h"
 
-#include "shell/failure.h"
+#include "forms/failure.h"
 
 namespace fw {
 namespace {

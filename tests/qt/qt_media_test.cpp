@@ -7,10 +7,10 @@
 
 #include <fstream>
 
-#include "shell/controls.h"
+#include "bindings/qt/qt_media.h"
+#include "forms/controls.h"
+#include "forms/media_player.h"
 #include "shell/forms.h"
-#include "shell/media_player.h"
-#include "shell/qt/qt_media.h"
 #include "test_media.h"
 #include "test_program.h"
 

@@ -13,9 +13,9 @@
 
 #include <fstream>
 
-#include "shell/controls.h"
+#include "bindings/qt/qt_window.h"
+#include "forms/controls.h"
 #include "shell/forms.h"
-#include "shell/qt/qt_window.h"
 #include "test_program.h"
 
 namespace fw {

@@ -1,0 +1,48 @@
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "forms/program.h"
+#include "platform/disk_files.h"
+#include "platform/draw_random.h"
+#include "platform/real_services.h"
+
+namespace fw {
+
+// Where and how the program runs, from the command line.
+struct Launch {
+  std::string appDir;   // what App.Path reports (UTF-8 host path)
+  std::string exeName;  // what App.EXEName reports
+  std::string home;     // the per-user folder that bare profile names mean
+  bool sound = true;    // MIDI through FluidSynth, else silent on the same timing
+  std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
+};
+
+// The one place a program is put together, whichever binding runs it: the
+// real services that a binding does not bring (the clock, processes, files,
+// dice and the MIDI voice), where the program stands, and every form.
+class Assembly {
+ public:
+  explicit Assembly(Launch launch) : launch_(std::move(launch)) {}
+  Assembly(const Assembly&) = delete;
+  Assembly& operator=(const Assembly&) = delete;
+
+  // A program on the binding's own services and ours for the rest. It must
+  // not outlive this object.
+  std::unique_ptr<Program> Make(Services own);
+  ProgramMaker Maker() {
+    return [this](Services own) { return Make(own); };
+  }
+
+ private:
+  Launch launch_;
+  WallClock clock_;
+  SpawnProcesses processes_;
+  DiskFiles files_;
+  DrawRandom random_;
+  std::unique_ptr<Sequencer> sequencer_;
+};
+
+}  // namespace fw

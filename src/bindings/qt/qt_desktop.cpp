@@ -1,0 +1,94 @@
+#include "bindings/qt/qt_desktop.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <cstdlib>
+#include <memory>
+
+#include "bindings/qt/qt_media.h"
+#include "bindings/qt/qt_window.h"
+#include "forms/codepage.h"
+#include "forms/program.h"
+
+namespace fw {
+namespace {
+
+// DoEvents on the desktop: the window's own events, clicks included.
+class QtPump : public EventPump {
+ public:
+  void Pump(Program&) override { QCoreApplication::processEvents(QEventLoop::AllEvents, 1); }
+};
+
+// "*.mp3|*.mp3|*.wav|*.wav" as a file dialog's filter: "*.mp3 (*.mp3);;*.wav (*.wav)".
+QString Filter(const std::string& filter) {
+  QStringList parts = QString::fromStdString(filter).split('|');
+  QStringList pairs;
+  for (int i = 0; i + 1 < parts.size(); i += 2) pairs << parts[i] + " (" + parts[i + 1] + ")";
+  return pairs.join(";;");
+}
+
+// Message boxes and file dialogs as the desktop draws them.
+class QtDialogs : public Dialogs {
+ public:
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
+    QMessageBox box;
+    box.setWindowTitle(QString::fromStdString(Utf8FromCp1252(title)));
+    box.setText(QString::fromStdString(Utf8FromCp1252(prompt)));
+    if (style == 16) box.setIcon(QMessageBox::Critical);
+    if (style == 64) box.setIcon(QMessageBox::Information);
+    if (style == 4) {
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+      return box.exec() == QMessageBox::Yes ? 6 : 7;
+    }
+    box.exec();
+    return 1;
+  }
+  std::optional<std::string> FileDialog(const FileDialogRequest& r) override {
+    QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
+    QString chosen = r.save ? QFileDialog::getSaveFileName(nullptr, {}, dir, Filter(r.filter))
+                            : QFileDialog::getOpenFileName(nullptr, {}, dir, Filter(r.filter));
+    if (chosen.isEmpty()) return std::nullopt;
+    return Cp1252FromUtf8(chosen.toStdString());
+  }
+};
+
+}  // namespace
+
+bool DisplayAvailable() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+    if (const char* v = std::getenv(name); v && *v) return true;
+  return false;
+}
+
+int RunDesktop(const ProgramMaker& make, int argc, char** argv) {
+  QApplication app(argc, argv);
+  QtPump pump;
+  QtDialogs dialogs;
+  std::unique_ptr<QtWindows> windows;
+  QtMediaPlayers players([&](ControlId id) { return windows ? windows->WidgetOf(id) : nullptr; });
+  Services own{};
+  own.pump = &pump;
+  own.dialogs = &dialogs;
+  own.players = &players;
+  std::unique_ptr<Program> made = make(own);
+  Program& program = *made;
+  windows = std::make_unique<QtWindows>(program);
+  program.surface().SetObserver(windows.get());
+
+  // The program's timers and posted events, as often as the desktop manages.
+  QTimer loop;
+  loop.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&loop, &QTimer::timeout, [&] {
+    program.RunEvent([&] { program.RunDue(); });
+    if (program.Over()) app.quit();
+  });
+  loop.start(1);
+  program.Start();
+  if (program.Over()) return 0;
+  return app.exec();
+}
+
+}  // namespace fw

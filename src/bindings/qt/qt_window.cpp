@@ -1,0 +1,382 @@
+#include "bindings/qt/qt_window.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QRadioButton>
+#include <QScrollBar>
+
+#include "forms/codepage.h"
+#include "forms/program.h"
+#include "forms/user_actions.h"
+
+namespace fw {
+namespace {
+
+QString Q(const std::string& cp1252) { return QString::fromStdString(Utf8FromCp1252(cp1252)); }
+
+std::string FromQ(const QString& text) { return Cp1252FromUtf8(text.toStdString()); }
+
+QString ColorCss(std::int32_t rgb) {
+  return QString("rgb(%1,%2,%3)").arg(rgb & 0xFF).arg((rgb >> 8) & 0xFF).arg((rgb >> 16) & 0xFF);
+}
+
+// The look of a control as a style sheet.
+QString Css(const Look& look) {
+  QString css;
+  if (look.foreColor != kDefaultColor) css += "color:" + ColorCss(look.foreColor) + ";";
+  if (look.transparent) css += "background:transparent;";
+  else if (look.backColor != kDefaultColor) css += "background-color:" + ColorCss(look.backColor) + ";";
+  if (look.font.name) css += QString("font-family:'%1';").arg(look.font.name);
+  if (look.font.points > 0) css += QString("font-size:%1pt;").arg(look.font.points);
+  if (look.font.bold) css += "font-weight:bold;";
+  return css;
+}
+
+// A caption without the "&" that marks a menu's key letter.
+QString Plain(const std::string& caption) {
+  QString text = Q(caption);
+  return text.remove(QRegularExpression("&(?!&)"));
+}
+
+// A back colour of the look, or an invalid colour when there is none.
+QColor BackColor(const Look& look) {
+  if (look.transparent || look.backColor == kDefaultColor) return {};
+  return QColor(look.backColor & 0xFF, (look.backColor >> 8) & 0xFF, (look.backColor >> 16) & 0xFF);
+}
+
+// Whether a label is tall enough for a second line: a one-line label whose
+// text runs long is cut at its edge instead of showing two halves of lines.
+bool HoldsTwoLines(const ControlDecl& d) {
+  float points = d.look.font.points > 0 ? d.look.font.points : 8.25f;
+  return d.height >= 2 * points * 20 * 1.15f;  // a point is 20 twips
+}
+
+// A label, picture box or image: shows text or a picture, and answers clicks
+// and mouse moves.
+class Area : public QLabel {
+ public:
+  using QLabel::QLabel;
+  std::function<void()> onClick, onMove;
+  // Painted under the text or picture. A style sheet's background would
+  // reach the children's palette too and paint a panel's boxes and buttons
+  // black on black.
+  QColor fill;
+
+ protected:
+  void paintEvent(QPaintEvent* e) override {
+    if (fill.isValid()) QPainter(this).fillRect(rect(), fill);
+    QLabel::paintEvent(e);
+  }
+  void mousePressEvent(QMouseEvent* e) override {
+    if (onClick && e->button() == Qt::LeftButton) onClick();
+  }
+  void mouseMoveEvent(QMouseEvent*) override {
+    if (onMove) onMove();
+  }
+};
+
+// A window that leaves its closing to the program's own unload.
+class FormWindow : public QMainWindow {
+ public:
+  std::function<void()> onClose;
+
+ protected:
+  void closeEvent(QCloseEvent* e) override {
+    e->ignore();
+    if (onClose) onClose();
+  }
+};
+
+// The artwork's name as the words a placeholder shows: "menubutton.png" is
+// "Menubutton".
+QString ArtWords(const char* art) {
+  QString name = QString(art).section('.', 0, 0);
+  if (!name.isEmpty()) name[0] = name[0].toUpper();
+  return name;
+}
+
+}  // namespace
+
+QtWindows::QtWindows(Program& program) : program_(program) {}
+
+QtWindows::~QtWindows() {
+  for (auto& [form, w] : forms_) delete w.window;
+}
+
+QWidget* QtWindows::WidgetOf(ControlId id) const {
+  auto it = forms_.find(id.form);
+  if (it == forms_.end() || id.index < 0 || id.index >= static_cast<int>(it->second.widgets.size())) return nullptr;
+  return it->second.widgets[id.index];
+}
+
+QMainWindow* QtWindows::WindowOf(int form) const {
+  auto it = forms_.find(form);
+  return it == forms_.end() ? nullptr : it->second.window;
+}
+
+void QtWindows::User(ControlId id, UserAction action, std::string_view text, int value) {
+  if (!mirroring_) Act(program_, id, action, text, value);
+}
+
+void QtWindows::FormLoaded(int form) { Build(form); }
+
+void QtWindows::FormUnloaded(int form) {
+  auto it = forms_.find(form);
+  if (it == forms_.end()) return;
+  it->second.window->hide();
+  it->second.window->deleteLater();
+  forms_.erase(it);
+}
+
+void QtWindows::Build(int form) {
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  auto* window = new FormWindow;
+  window->onClose = [this, form] {
+    if (!mirroring_) CloseForm(program_, form);
+  };
+  auto* client = new Area;
+  client->fill = BackColor(t.look);
+  client->setFixedSize(Px(t.width), Px(t.height));
+  window->setCentralWidget(client);
+  if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+  if (t.noBorder) window->setWindowFlag(Qt::FramelessWindowHint, true);
+  FormWidgets& fw = forms_[form];
+  fw.window = window;
+  fw.widgets.assign(t.controls.size(), nullptr);
+  fw.actions.assign(t.controls.size(), nullptr);
+  // Parents come before their children in a table, and later controls stack
+  // above earlier ones, so building in order gives both.
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
+    ControlId id{form, i};
+    const Control& c = s.At(id);
+    QWidget* parent = c.parent >= 0 ? fw.widgets[c.parent] : client;
+    if (!parent) continue;
+    fw.widgets[i] = Make(id, parent);
+    if (fw.widgets[i]) fw.widgets[i]->raise();
+  }
+  BuildMenus(form);
+  mirroring_ = true;
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) Apply({form, i});
+  mirroring_ = false;
+  ApplyForm(form);
+}
+
+QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
+  const ControlDecl& d = program_.surface().Decl(id);
+  QWidget* w = nullptr;
+  switch (d.kind) {
+    case Kind::Label:
+    case Kind::PictureBox:
+    case Kind::Image: {
+      auto* area = new Area(parent);
+      area->setMouseTracking(true);
+      if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
+      if (d.look.handCursor) area->setCursor(Qt::PointingHandCursor);
+      if (d.look.art && d.kind != Kind::Label) {
+        area->setAlignment(Qt::AlignCenter);
+        area->setText(ArtWords(d.look.art));
+        area->setStyleSheet("background-color:rgb(90,60,30);color:rgb(250,230,180);border:2px outset rgb(140,100,50);"
+                            "font-weight:bold;");
+      } else if (d.look.transparent && d.kind == Kind::Image) {
+        // A hot zone on a picture: until the picture shows where it is, a
+        // faint frame does, and it lights up under the mouse.
+        area->setStyleSheet(QString("#%1{background:transparent;border:1px dashed rgba(255,255,255,90);}"
+                                    "#%1:hover{background:rgba(255,255,255,60);}")
+                                .arg(d.name));
+      } else {
+        Look look = d.look;
+        area->fill = BackColor(look);
+        look.backColor = kDefaultColor;
+        area->setStyleSheet(Css(look));
+      }
+      area->onClick = [this, id] { User(id, UserAction::Click); };
+      area->onMove = [this, id] { User(id, UserAction::Hover); };
+      w = area;
+      break;
+    }
+    case Kind::TextBox:
+      if (d.look.multiLine) {
+        auto* box = new QPlainTextEdit(parent);
+        box->setReadOnly(d.look.readOnly);
+        w = box;
+      } else {
+        auto* line = new QLineEdit(parent);
+        line->setReadOnly(d.look.readOnly);
+        w = line;
+      }
+      w->setStyleSheet(Css(d.look));
+      break;
+    case Kind::CommandButton: w = new QPushButton(parent); break;
+    case Kind::CheckBox: w = new QCheckBox(parent); break;
+    case Kind::OptionButton: {
+      auto* option = new QRadioButton(parent);
+      option->setAutoExclusive(false);  // the surface keeps one selected
+      option->setStyleSheet(Css(d.look));
+      w = option;
+      break;
+    }
+    case Kind::ListBox: w = new QListWidget(parent); break;
+    case Kind::ProgressBar: {
+      auto* bar = new QProgressBar(parent);
+      bar->setTextVisible(false);
+      w = bar;
+      break;
+    }
+    case Kind::MediaPlayer:
+      if (std::string_view(d.parent).empty()) return nullptr;  // a sound player has no face
+      w = new QWidget(parent);
+      w->setStyleSheet("background-color:black;");
+      break;
+    case Kind::Shape: {
+      auto* frame = new QFrame(parent);
+      frame->setStyleSheet(QString("border:%1px solid rgb(255,128,0);background:transparent;").arg(d.look.borderWidth));
+      w = frame;
+      break;
+    }
+    case Kind::Timer:
+    case Kind::FileDialog:
+    case Kind::Menu:
+    case Kind::DirListBox:
+      return nullptr;
+  }
+  // A style sheet reaches a widget's children too; scoped to the widget's own
+  // name, a panel's look stays on the panel.
+  w->setObjectName(d.name);
+  if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
+    w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
+  Connect(id, w);
+  return w;
+}
+
+void QtWindows::Connect(ControlId id, QWidget* w) {
+  if (auto* button = qobject_cast<QPushButton*>(w)) {
+    QObject::connect(button, &QPushButton::clicked, this, [this, id] { User(id, UserAction::Click); });
+  } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
+    QObject::connect(check, &QCheckBox::clicked, this,
+                     [this, id, check] { User(id, UserAction::Check, {}, check->isChecked() ? 1 : 0); });
+  } else if (auto* option = qobject_cast<QRadioButton*>(w)) {
+    QObject::connect(option, &QRadioButton::clicked, this, [this, id] { User(id, UserAction::Select); });
+  } else if (auto* list = qobject_cast<QListWidget*>(w)) {
+    QObject::connect(list, &QListWidget::currentRowChanged, this, [this, id](int row) {
+      if (row >= 0) User(id, UserAction::Choose, {}, row);
+    });
+  } else if (auto* line = qobject_cast<QLineEdit*>(w)) {
+    QObject::connect(line, &QLineEdit::textEdited, this,
+                     [this, id](const QString& text) { User(id, UserAction::Type, FromQ(text)); });
+  } else if (auto* box = qobject_cast<QPlainTextEdit*>(w)) {
+    QObject::connect(box, &QPlainTextEdit::textChanged, this, [this, id, box] {
+      User(id, UserAction::Type, FromQ(box->toPlainText().replace("\n", "\r\n")));
+    });
+  }
+}
+
+void QtWindows::BuildMenus(int form) {
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  FormWidgets& fw = forms_[form];
+  std::map<int, QMenu*> menus;
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
+    const ControlDecl& d = t.controls[i];
+    if (d.kind != Kind::Menu) continue;
+    ControlId id{form, i};
+    int parent = s.At(id).parent;
+    if (parent < 0) {
+      menus[i] = fw.window->menuBar()->addMenu(Q(d.caption));
+      fw.actions[i] = menus[i]->menuAction();
+    } else if (menus.count(parent)) {
+      fw.actions[i] = menus[parent]->addAction(Q(d.caption));
+      QObject::connect(fw.actions[i], &QAction::triggered, this, [this, id] { User(id, UserAction::Click); });
+    }
+  }
+}
+
+void QtWindows::ControlChanged(ControlId id, Prop) {
+  if (!forms_.count(id.form)) return;
+  bool was = mirroring_;
+  mirroring_ = true;
+  Apply(id);
+  mirroring_ = was;
+}
+
+void QtWindows::FormChanged(int form, Prop) {
+  if (forms_.count(form)) ApplyForm(form);
+}
+
+void QtWindows::ApplyForm(int form) {
+  FormState& f = program_.surface().Form(form);
+  QMainWindow* window = forms_[form].window;
+  window->setWindowTitle(Q(f.caption));
+  window->centralWidget()->setFixedSize(Px(f.width), Px(f.height));
+  if (!f.picture.host.empty()) {
+    window->centralWidget()->setStyleSheet(
+        QString("QWidget#%1{border-image:url(%2);}").arg("client", QString::fromStdString(f.picture.host)));
+    window->centralWidget()->setObjectName("client");
+  }
+  window->setVisible(f.visible);
+}
+
+void QtWindows::Apply(ControlId id) {
+  FormWidgets& fw = forms_[id.form];
+  const Control& c = program_.surface().At(id);
+  if (QAction* action = fw.actions[id.index]) {
+    action->setVisible(c.visible);
+    action->setEnabled(c.enabled);
+    action->setText(Q(c.caption));
+    return;
+  }
+  QWidget* w = fw.widgets[id.index];
+  if (!w) return;
+  w->setGeometry(Px(c.left), Px(c.top), Px(c.width), Px(c.height));
+  w->setVisible(c.visible);
+  w->setEnabled(c.enabled);
+  if (auto* area = dynamic_cast<Area*>(w)) {
+    if (!c.picture.host.empty()) {
+      QPixmap picture(QString::fromStdString(c.picture.host));
+      area->setPixmap(picture.scaled(area->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    } else if (c.decl->kind == Kind::Label) {
+      area->setText(Plain(c.caption));
+    }
+  } else if (auto* line = qobject_cast<QLineEdit*>(w)) {
+    if (FromQ(line->text()) != c.caption) line->setText(Q(c.caption));
+  } else if (auto* box = qobject_cast<QPlainTextEdit*>(w)) {
+    QString text = Q(c.caption).replace("\r\n", "\n");
+    if (box->toPlainText() != text) box->setPlainText(text);
+    QTextCursor cursor = box->textCursor();
+    cursor.setPosition(std::min(c.selStart, static_cast<int>(box->toPlainText().size())));
+    box->setTextCursor(cursor);
+    box->ensureCursorVisible();
+  } else if (auto* button = qobject_cast<QPushButton*>(w)) {
+    button->setText(Q(c.caption));
+  } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
+    check->setText(Q(c.caption));
+    check->setChecked(c.checkValue == 1);
+  } else if (auto* option = qobject_cast<QRadioButton*>(w)) {
+    option->setText(Q(c.caption));
+    option->setChecked(c.optionValue);
+  } else if (auto* list = qobject_cast<QListWidget*>(w)) {
+    if (list->count() != static_cast<int>(c.list.size())) {
+      list->clear();
+      for (const std::string& item : c.list) list->addItem(Q(item));
+    }
+    list->setCurrentRow(c.listIndex);
+  } else if (auto* bar = qobject_cast<QProgressBar*>(w)) {
+    bar->setRange(0, 1000);
+    bar->setValue(c.barMax > 0 ? static_cast<int>(1000 * c.barValue / c.barMax) : 0);
+  }
+}
+
+}  // namespace fw

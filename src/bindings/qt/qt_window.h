@@ -1,0 +1,60 @@
+#pragma once
+#include <QObject>
+
+#include <map>
+#include <vector>
+
+#include "forms/surface.h"
+#include "forms/user_actions.h"
+
+class QMainWindow;
+class QWidget;
+class QAction;
+
+namespace fw {
+
+class Program;
+
+// The desktop window: every form becomes a window and every control a widget,
+// built from the form tables alone, so a new form needs no code here. It
+// mirrors each change of the surface on screen and turns the user's clicks,
+// typing and choices into the events of the surface.
+class QtWindows : public QObject, public SurfaceObserver {
+ public:
+  explicit QtWindows(Program& program);
+  ~QtWindows() override;
+
+  void ControlChanged(ControlId id, Prop prop) override;
+  void FormChanged(int form, Prop prop) override;
+  void FormLoaded(int form) override;
+  void FormUnloaded(int form) override;
+
+  // The widget a control is drawn as (nullptr for none): the video goes into
+  // the movie control's.
+  QWidget* WidgetOf(ControlId id) const;
+  QMainWindow* WindowOf(int form) const;
+
+  // Pixels for twips.
+  static int Px(float twips) { return static_cast<int>(twips / 15.0f + 0.5f); }
+
+ private:
+  struct FormWidgets {
+    QMainWindow* window = nullptr;
+    std::vector<QWidget*> widgets;   // by control index
+    std::vector<QAction*> actions;   // menu items by control index
+  };
+  void Build(int form);
+  QWidget* Make(ControlId id, QWidget* parent);
+  void Connect(ControlId id, QWidget* widget);
+  void BuildMenus(int form);
+  void Apply(ControlId id);
+  void ApplyForm(int form);
+  // A user's action on a control, unless the window is being set from the surface.
+  void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
+
+  Program& program_;
+  std::map<int, FormWidgets> forms_;
+  bool mirroring_ = false;  // the window is being set from the surface: no events back
+};
+
+}  // namespace fw

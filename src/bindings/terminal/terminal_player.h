@@ -1,0 +1,19 @@
+#pragma once
+#include <cstdio>
+#include <string>
+
+#include "forms/program.h"
+
+namespace fw {
+
+struct TerminalOptions {
+  std::string quest;  // the quest to open at once (UTF-8 host path), or "" for the menu
+};
+
+// Plays in a terminal, or through a plain pipe: the transcript as it grows,
+// the visible options by number, message boxes as prompts, file dialogs as a
+// path prompt. Plain lines only, so a screen reader or a pipe reads it well.
+// The program is made by make. Gives the exit code.
+int PlayInTerminal(const TerminalOptions& options, const ProgramMaker& make, int inputFd, std::FILE* out);
+
+}  // namespace fw

@@ -1,0 +1,93 @@
+#include "forms/user_actions.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "forms/program.h"
+
+namespace fw {
+namespace {
+
+// Whether a control of the kind takes the action.
+bool Takes(Kind kind, UserAction action) {
+  auto any = [kind](std::initializer_list<Kind> kinds) {
+    return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
+  };
+  switch (action) {
+    case UserAction::Click:
+      return any({Kind::Label, Kind::CommandButton, Kind::CheckBox, Kind::ListBox, Kind::PictureBox, Kind::Image,
+                  Kind::Menu});
+    case UserAction::Select: return kind == Kind::OptionButton;
+    case UserAction::Type: return kind == Kind::TextBox;
+    case UserAction::Check: return kind == Kind::CheckBox;
+    case UserAction::Choose: return kind == Kind::ListBox;
+    case UserAction::Hover:
+      return any({Kind::Label, Kind::TextBox, Kind::CommandButton, Kind::CheckBox, Kind::ListBox,
+                  Kind::PictureBox, Kind::Image});
+  }
+  return false;
+}
+
+// Why the value does not fit the action: "" when it does.
+std::string BadValue(FormSurface& s, ControlId id, UserAction action, int value) {
+  if (action == UserAction::Check && value != 0 && value != 1) return "takes 0 or 1";
+  if (action == UserAction::Choose && (value < 0 || value >= static_cast<int>(s.At(id).list.size())))
+    return "has no entry " + std::to_string(value);
+  return "";
+}
+
+}  // namespace
+
+const char* UserActionName(UserAction action) {
+  switch (action) {
+    case UserAction::Click: return "click";
+    case UserAction::Select: return "select";
+    case UserAction::Type: return "type";
+    case UserAction::Check: return "check";
+    case UserAction::Choose: return "choose";
+    case UserAction::Hover: return "hover";
+  }
+  return "";
+}
+
+std::string CannotAct(FormSurface& s, ControlId id, UserAction action) {
+  const ControlDecl& d = s.Decl(id);
+  if (!Takes(d.kind, action))
+    return std::string("is a ") + KindName(d.kind) + ", which does not take that action";
+  if (action == UserAction::Type && d.look.readOnly) return "is read-only";
+  return s.Unreachable(id);
+}
+
+std::string Act(Program& p, ControlId id, UserAction action, std::string_view text, int value) {
+  FormSurface& s = p.surface();
+  std::string why = CannotAct(s, id, action);
+  if (why.empty()) why = BadValue(s, id, action, value);
+  if (!why.empty()) return why;
+  p.RunEvent([&] {
+    switch (action) {
+      case UserAction::Click: s.Raise(id, Event::Click); break;
+      case UserAction::Select: s.SetOptionValue(id, true); break;
+      case UserAction::Type:
+        // The user replaces the text: one Change, even for the same text.
+        if (s.At(id).caption == text) s.Raise(id, Event::Change);
+        else s.SetText(id, text);
+        break;
+      case UserAction::Check:
+        if (s.At(id).checkValue == value) s.Raise(id, Event::Click);
+        else s.SetCheckValue(id, value);
+        break;
+      case UserAction::Choose: s.SetSelected(id, value, true); break;
+      case UserAction::Hover: s.Raise(id, Event::MouseMove); break;
+    }
+  });
+  return "";
+}
+
+std::string CloseForm(Program& p, int form) {
+  FormSurface& s = p.surface();
+  if (!s.IsLoaded(form) || !s.Form(form).visible) return "is not open";
+  p.RunEvent([&] { s.Unload(form, true); });
+  return "";
+}
+
+}  // namespace fw

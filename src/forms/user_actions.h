@@ -1,0 +1,39 @@
+#pragma once
+#include <string>
+#include <string_view>
+
+#include "forms/surface.h"
+
+namespace fw {
+
+class Program;
+
+// What a user can do to a control, the same in every binding: a click in the
+// window, a command typed in the terminal, a line of a test script.
+enum class UserAction {
+  Click,   // a label, button, check box, list, picture, image or menu item
+  Select,  // an option button
+  Type,    // replaces the text of a text box that can be edited
+  Check,   // sets a check box to 0 or 1
+  Choose,  // selects a list's entry by index
+  Hover,   // the mouse moves over the control
+};
+
+const char* UserActionName(UserAction action);
+
+// Why the user cannot do the action to the control: "" when they can,
+// otherwise a reason to finish the control's name ("is covered by InvBox",
+// "is a Timer, which does not take that action").
+std::string CannotAct(FormSurface& s, ControlId id, UserAction action);
+
+// Does the action as the user does it, as one event of the program (End and
+// an unhandled failure stop there). text is what Type types; value is the
+// check value of Check and the entry of Choose. Gives CannotAct's reason and
+// does nothing when the user cannot do it, or when the value is out of range.
+std::string Act(Program& p, ControlId id, UserAction action, std::string_view text = {}, int value = 0);
+
+// The user closes a form's window: refused ("is not open") unless it is
+// loaded and visible.
+std::string CloseForm(Program& p, int form);
+
+}  // namespace fw

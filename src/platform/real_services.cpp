@@ -1,0 +1,73 @@
+#include "platform/real_services.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "forms/paths.h"
+
+extern char** environ;
+
+namespace fw {
+namespace {
+
+// Splits a command line at blanks; a part in double quotes may hold blanks.
+std::vector<std::string> SplitCommand(const std::string& command) {
+  std::vector<std::string> words;
+  std::string word;
+  bool quoted = false, any = false;
+  for (char c : command) {
+    if (c == '"') {
+      quoted = !quoted;
+      any = true;
+    } else if (c == ' ' && !quoted) {
+      if (any) words.push_back(word);
+      word.clear();
+      any = false;
+    } else {
+      word += c;
+      any = true;
+    }
+  }
+  if (any) words.push_back(word);
+  return words;
+}
+
+// Starts the program without waiting; children are reaped by the system.
+bool Spawn(const std::vector<std::string>& words) {
+  if (words.empty()) return false;
+  std::signal(SIGCHLD, SIG_IGN);
+  std::vector<char*> argv;
+  for (const std::string& w : words) argv.push_back(const_cast<char*>(w.c_str()));
+  argv.push_back(nullptr);
+  pid_t pid;
+  return posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) == 0;
+}
+
+}  // namespace
+
+double WallClock::Now() {
+  auto now = std::chrono::system_clock::now();
+  std::time_t t = std::chrono::system_clock::to_time_t(now);
+  std::tm local{};
+  localtime_r(&t, &local);
+  auto micros = std::chrono::duration_cast<std::chrono::microseconds>(now.time_since_epoch()).count() % 1000000;
+  return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec + micros / 1e6;
+}
+
+void IdlePump::Pump(Program&) { ::usleep(1000); }
+
+bool SpawnProcesses::Start(std::string_view command, int) {
+  return Spawn(SplitCommand(HostPath(command)));
+}
+
+void SpawnProcesses::Open(std::string_view target) { Spawn({"xdg-open", HostPath(target)}); }
+
+}  // namespace fw

@@ -1,0 +1,63 @@
+#include "shell/frmgame.h"
+
+#include "media/midi_api.h"
+#include "media/page_media.h"
+#include "play/battle.h"
+#include "play/battle_hooks.h"
+#include "play/character.h"
+#include "play/choose_option.h"
+#include "play/game_start.h"
+#include "play/page_view.h"
+#include "play/saved_game.h"
+#include "play/start_quest.h"
+#include "shell/game_panels.h"
+
+namespace fw {
+namespace {
+
+// The window's handlers live in fw::frmgame, since every form has its own
+// Form_Load and its own Timer1.
+using namespace frmgame;
+
+constexpr HandlerDecl kHandlers[] = {
+    {"Form", Event::Load, Form_Load},
+    {"Form", Event::Resize, Form_Resize},
+    {"Image1", Event::Click, Image1_Click},
+    {"Image11", Event::Click, Image11_Click},
+    {"mnuloadquest", Event::Click, mnuloadquest_Click},
+    {"Picture1", Event::Click, Picture1_Click},
+    {"Timer1", Event::Timer, Timer1_Timer},
+    {"Timer2", Event::Timer, Timer2_Timer},
+    {"Command2", Event::Click, Command2_Click},
+    {"Text1", Event::Change, Text1_Change},
+    {"Command10", Event::Click, Command10_Click},
+    {"Command9", Event::Click, Command9_Click},
+    {"Timer3", Event::Timer, Timer3_Timer},
+    {"Command11", Event::Click, Command11_Click},
+    {"Command3", Event::Click, Command3_Click},
+    {"mnusavechar", Event::Click, mnusavechar_Click},
+    {"Picture5", Event::Click, Picture5_Click},
+    {"Image12", Event::Click, Image12_Click},
+    {"Picture7", Event::Click, Picture7_Click},
+    {"Picture8", Event::Click, Picture8_Click},
+    {"mnusave", Event::Click, mnusave_Click},
+    {"Image6", Event::Click, Image6_Click},
+    {"mnuload", Event::Click, mnuload_Click},
+    {"Image2", Event::Click, Image2_Click},
+    {"Image4", Event::Click, Image4_Click},
+    {"Image5", Event::Click, Image5_Click},
+    {"Picture3", Event::Click, Picture3_Click},
+    {"Command6", Event::Click, Command6_Click},
+    {"Picture6", Event::Click, Picture6_Click},
+    {"mnuexit", Event::Click, mnuexit_Click},
+    {"Image10", Event::Click, Image10_Click},
+};
+
+}  // namespace
+
+const FormDef& FrmGameForm() {
+  static const FormDef form{&kFrmGameTable, kHandlers};
+  return form;
+}
+
+}  // namespace fw

@@ -1,0 +1,13 @@
+#pragma once
+#include "forms/form_table.h"
+
+namespace fw {
+
+// The maker's web site, shown on the picture menu and opened by its link.
+inline constexpr const char* kWebAddress = "https://fablewright.example.org";
+
+// The game window's table and handlers.
+extern const FormDecl kFrmGameTable;
+const FormDef& FrmGameForm();
+
+}  // namespace fw
