@@ -75,12 +75,6 @@ std::int16_t ToInt16(double value) {
 
 std::int16_t ToInt16(std::string_view text) { return ToInt16(ToDouble(text)); }
 
-std::int32_t ToInt32(double value) {
-  double r = RoundHalfEven(value);
-  if (!(r >= -2147483648.0 && r <= 2147483647.0)) throw Failure("Overflow");
-  return static_cast<std::int32_t>(r);
-}
-
 float ToSingle(double value) {
   if (!std::isfinite(value) || std::fabs(value) > std::numeric_limits<float>::max())
     throw Failure("Overflow");

@@ -32,9 +32,6 @@ double RoundHalfEven(double value);
 std::int16_t ToInt16(double value);
 std::int16_t ToInt16(std::string_view text);
 
-// A signed 32-bit integer, rounding halves to even; out of range fails.
-std::int32_t ToInt32(double value);
-
 // A single-precision value; beyond its range fails.
 float ToSingle(double value);
 float ToSingle(std::string_view text);

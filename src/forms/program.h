@@ -67,7 +67,6 @@ class Program {
   // Runs a user event from a binding: End and a failure that no handler
   // caught stop here instead of going further.
   void RunEvent(const std::function<void()>& event);
-  const std::string& lastUnhandledFailure() const { return lastUnhandled_; }
   // A failure the game goes on after without a box: the window stays silent,
   // and a binding that has a place for such a line (the terminal) takes them.
   void Notice(std::string text) { notices_.push_back(std::move(text)); }
@@ -88,10 +87,8 @@ class Program {
   void PressAnimation(ControlId control);
   // Runs the callback on this program's thread once the clock reaches due.
   void Post(double due, std::function<void(Program&)> callback);
-  // The same from another thread (an audio engine's), to run at once; the
-  // binding's wake-up, when set, tells its event loop to look.
+  // The same from another thread (an audio engine's), to run at once.
   void PostFromAnyThread(std::function<void(Program&)> callback);
-  void SetWakeUp(std::function<void()> wake) { wake_ = std::move(wake); }
   double NextDue() const;
   // Runs every timer tick and posted event that is due now, earliest first.
   void RunDue();
@@ -138,11 +135,9 @@ class Program {
   std::vector<Posted> posted_;
   std::mutex inboxMutex_;
   std::vector<std::function<void(Program&)>> inbox_;
-  std::function<void()> wake_;
   long postSeq_ = 0;
   bool started_ = false;
   bool ended_ = false;
-  std::string lastUnhandled_;
   std::vector<std::string> notices_;
   std::unordered_map<std::type_index, std::shared_ptr<void>> modules_;
 };

@@ -354,11 +354,6 @@ const HandlerDecl* FormSurface::Handler(int form, int index, Event event) const 
   return slot < f.handlers.size() ? f.handlers[slot] : nullptr;
 }
 
-bool FormSurface::HasHandler(ControlId id, Event event) {
-  Form(id.form);
-  return Handler(id.form, id.index, event) != nullptr;
-}
-
 void FormSurface::Raise(ControlId id, Event event) {
   Form(id.form);
   if (program_.Ended()) return;

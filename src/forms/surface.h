@@ -154,7 +154,6 @@ class FormSurface {
   // Runs the handler of the control's event, if any; the form is loaded first.
   void Raise(ControlId id, Event event);
   void RaiseForm(int form, Event event);
-  bool HasHandler(ControlId id, Event event);
 
   // -- Timers, for the event loop.
   double NextTimerDue() const;

@@ -38,18 +38,6 @@ std::string BadValue(FormSurface& s, ControlId id, UserAction action, int value)
 
 }  // namespace
 
-const char* UserActionName(UserAction action) {
-  switch (action) {
-    case UserAction::Click: return "click";
-    case UserAction::Select: return "select";
-    case UserAction::Type: return "type";
-    case UserAction::Check: return "check";
-    case UserAction::Choose: return "choose";
-    case UserAction::Hover: return "hover";
-  }
-  return "";
-}
-
 std::string CannotAct(FormSurface& s, ControlId id, UserAction action) {
   const ControlDecl& d = s.Decl(id);
   if (!Takes(d.kind, action))

@@ -19,8 +19,6 @@ enum class UserAction {
   Hover,   // the mouse moves over the control
 };
 
-const char* UserActionName(UserAction action);
-
 // Why the user cannot do the action to the control: "" when they can,
 // otherwise a reason to finish the control's name ("is covered by InvBox",
 // "is a Timer, which does not take that action").
