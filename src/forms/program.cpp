@@ -53,12 +53,14 @@ void Program::Start() {
   started_ = true;
   RunEvent([&] {
     // The splash shows itself and then the game from its own Form_Load; any
-    // other start-up form is loaded and shown here.
+    // other start-up form (the game, or a program's only form) is loaded and
+    // shown here.
     int splash = surface_.FindForm("FrmSplash");
+    int game = surface_.FindForm("FrmGame");
     if (splash >= 0) {
       surface_.Form(splash);
     } else {
-      surface_.Show(surface_.FindForm("FrmGame"));
+      surface_.Show(game >= 0 ? game : 0);
     }
   });
 }
@@ -73,8 +75,9 @@ void Program::RunEvent(const std::function<void()>& event) {
   try {
     event();
   } catch (const EndSignal&) {
-  } catch (const Failure& failure) {
-    lastUnhandled_ = failure.what();
+  } catch (const Failure&) {
+    // A failure that no handler caught ends this event only; the program
+    // goes on, as it does past a broken quest.
   }
 }
 
@@ -128,7 +131,6 @@ void Program::PostFromAnyThread(std::function<void(Program&)> callback) {
     std::lock_guard<std::mutex> lock(inboxMutex_);
     inbox_.push_back(std::move(callback));
   }
-  if (wake_) wake_();
 }
 
 double Program::NextDue() const {
