@@ -46,7 +46,9 @@ TEST(Forms, TablesHaveUniqueNamesAndFittingParents) {
       ASSERT_NE(parent, nullptr) << t.name << "." << c.name << ": no parent " << c.parent;
       if (c.kind == Kind::Menu) EXPECT_EQ(parent->kind, Kind::Menu) << c.name;
       else EXPECT_TRUE(IsContainer(parent->kind)) << c.name << " lies in a " << KindName(parent->kind);
-      if (c.kind == Kind::Timer) EXPECT_GT(c.interval, 0) << c.name;
+      if (c.kind == Kind::Timer) {
+        EXPECT_GT(c.interval, 0) << c.name;
+      }
     }
   }
 }

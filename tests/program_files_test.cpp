@@ -36,8 +36,10 @@ TEST(ProgramFiles, CopyMakeKillAndChangeFolderFailAsThePlatformDoes) {
 TEST(ProgramProcesses, ShellFailsOnlyWhenTheProgramIsNotFound) {
   testing::TestProgram t{AllForms()};
   EXPECT_NO_THROW(t.program.Shell("true --ignored", 3));
+  EXPECT_NO_THROW(t.program.Shell("true", 0));
   EXPECT_THROW(t.program.Shell("autoupdate.exe", 3), Failure);
-  EXPECT_EQ(t.platform.processes.started, (std::vector<std::string>{"true --ignored"}));
+  EXPECT_EQ(t.platform.processes.started, (std::vector<std::string>{"true --ignored", "true"}));
+  EXPECT_EQ(t.platform.processes.windowStyles, (std::vector<int>{3, 0}));
   SpawnProcesses real;
   EXPECT_TRUE(real.Start("true", 2));
   EXPECT_FALSE(real.Start("no-such-program-here", 2));

@@ -104,5 +104,17 @@ TEST(SavedGameFile, WorkedExampleByteForByte) {
             "[List Data]\r\n0=Rusty Key\r\n1=Map\r\n");
 }
 
+// A count too large for any list (or any integer) reads as no count at all.
+TEST(SavedGameFile, AHugeItemCountReadsTheItemsUpToTheFirstBlank) {
+  testing::TestProgram t{AllForms()};
+  std::string sav = (t.dir.path / "huge.sav").string();
+  std::ofstream(sav, std::ios::binary) << "[saved game]\r\nroom==\x1c`]ng\x1c_]ra*\r\nHowMuchInList=1e300\r\n"
+                                          "[List Data]\r\n-1=Ghost\r\n0=Lamp\r\n1=Rope\r\n3=Far\r\n";
+  std::optional<SavedGame> g = ReadSavedGame(t.program, sav);
+  ASSERT_TRUE(g);
+  EXPECT_EQ(g->room, "A dark cave.");
+  EXPECT_EQ(g->items, (std::vector<std::string>{"Lamp", "Rope"}));
+}
+
 }  // namespace
 }  // namespace fw

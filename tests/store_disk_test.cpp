@@ -238,7 +238,8 @@ TEST_F(RealDisk, AWriteToAFullDiskFailsAndKeepsTheQuest) {
     std::string block(4096, 'f');
     while (filler.write(block.data(), block.size())) filler.flush();
   }
-  const QuestStore::Entry entry{"1", "Page Text", std::string(30000, 'n')};
+  const std::string longText(30000, 'n');  // the entry only points at its value
+  const QuestStore::Entry entry{"1", "Page Text", longText};
   EXPECT_FALSE(store.WriteINIKeys(quest, {&entry, 1}));
   EXPECT_TRUE(Holds(quest, text));
   EXPECT_TRUE(Leftovers(disk.path).empty());

@@ -122,7 +122,9 @@ void FormSurface::Hide(int form) {
   FormChanged(form, Prop::Visible);
 }
 
-bool FormSurface::Unload(int form, bool byUser) {
+// A user's close and the code's own Unload both ask Form_QueryUnload, and the
+// handlers take no unload mode, so who closes the form changes nothing here.
+bool FormSurface::Unload(int form, bool /*byUser*/) {
   if (!forms_[form].loaded) return true;
   const HandlerDecl* h = Handler(form, static_cast<int>(forms_[form].controls.size()), Event::QueryUnload);
   if (h && h->unload && !program_.Ended()) {

@@ -83,10 +83,10 @@ std::string FormatValue(const PropValue& value);
 class SurfaceObserver {
  public:
   virtual ~SurfaceObserver() = default;
-  virtual void ControlChanged(ControlId id, Prop prop) {}
-  virtual void FormChanged(int form, Prop prop) {}
-  virtual void FormLoaded(int form) {}
-  virtual void FormUnloaded(int form) {}
+  virtual void ControlChanged(ControlId /*id*/, Prop /*prop*/) {}
+  virtual void FormChanged(int /*form*/, Prop /*prop*/) {}
+  virtual void FormLoaded(int /*form*/) {}
+  virtual void FormUnloaded(int /*form*/) {}
 };
 
 // Every control's property values, the forms' lifecycle, and the raising of

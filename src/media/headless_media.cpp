@@ -38,7 +38,7 @@ void HeadlessSequencer::Close(const std::string& file) {
   lengths_.erase(file);
 }
 
-bool HeadlessPlayers::Load(Program& program, ControlId player, const std::string& file) {
+bool HeadlessPlayers::Load(Program&, ControlId player, const std::string& file) {
   MediaFileInfo media = ReadMediaFile(file);
   if (media.kind == MediaKind::None) return false;
   State& s = players_[{player.form, player.index}];

@@ -64,7 +64,9 @@ double WallClock::Now() {
 
 void IdlePump::Pump(Program&) { ::usleep(1000); }
 
-bool SpawnProcesses::Start(std::string_view command, int) {
+// The window style is not ours to apply: the child makes its own windows, and
+// no desktop here lets the starter choose how they first show.
+bool SpawnProcesses::Start(std::string_view command, int /*windowStyle*/) {
   return Spawn(SplitCommand(HostPath(command)));
 }
 

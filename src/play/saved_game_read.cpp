@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "forms/convert.h"
@@ -18,9 +19,10 @@ std::vector<std::string> ReadItems(Program& p, const std::string& file) {
   std::vector<std::string> items;
   std::string count = ReadINI(p, file, "saved game", "HowMuchInList");
   auto n = ParseNumber(count);
-  bool counted = n && *n >= 0 && *n == static_cast<long>(*n) && NumberText(*n) == count;
-  // A list holds at most 32,767 items, which also bounds a damaged count.
-  long end = counted ? std::min(static_cast<long>(*n), 32767L) : 32767L;
+  bool counted = n && *n >= 0 && *n == std::floor(*n) && NumberText(*n) == count;
+  // A list holds at most 32,767 items, which also bounds a damaged count; the
+  // bound comes before the cast, as a count such as 1E+300 fits no integer.
+  long end = counted ? static_cast<long>(std::min(*n, 32767.0)) : 32767L;
   for (long i = counted ? -1 : 0; i < end; ++i) {
     std::string item = ReadINI(p, file, kListDataSection, std::to_string(i));
     if (!item.empty()) items.push_back(item);

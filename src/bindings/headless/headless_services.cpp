@@ -42,7 +42,10 @@ bool RecordingProcesses::Start(std::string_view command, int windowStyle) {
     for (std::string dir; !found && std::getline(dirs, dir, ':');)
       found = !dir.empty() && std::filesystem::is_regular_file(dir + "/" + program, ec);
   }
-  if (found) started.emplace_back(command);
+  if (found) {
+    started.emplace_back(command);
+    windowStyles.push_back(windowStyle);
+  }
   return found;
 }
 

@@ -77,6 +77,7 @@ class RecordingProcesses : public Processes {
   bool Start(std::string_view command, int windowStyle) override;
   void Open(std::string_view target) override { opened.emplace_back(target); }
   std::vector<std::string> started, opened;
+  std::vector<int> windowStyles;  // the window style each started command was given
 };
 
 // Everything a headless program needs, owned in one place.
