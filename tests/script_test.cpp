@@ -109,6 +109,8 @@ TEST(ScriptRun, ScriptMistakesStopWithCodeTwoAndTheLine) {
                  Case{"select FrmGame.Option1\n", "covered by Picture2"},
                  Case{"click FrmGame.Option1\n", "does not take that action"},
                  Case{"rnd 1.5\n", "[0, 1)"},
+                 Case{"answer msgbox 1e300\n", "needs a whole number"},
+                 Case{"choose FrmGame.List1 1e300\n", "has no entry 1e300"},
                  Case{"start\nstart\n", "already started"},
                  Case{"fly away\n", "unknown command"}}) {
     ScriptResult r = RunText(c.script);

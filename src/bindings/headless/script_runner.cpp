@@ -1,6 +1,7 @@
 #include "bindings/headless/script_runner.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <ostream>
@@ -35,6 +36,14 @@ std::string Quoted(std::string_view cp1252) {
     else out += c;
   }
   return out + "\"";
+}
+
+// A whole number a script gives for a button, an entry or a style; nullopt
+// for anything else, a number out of range included.
+std::optional<int> WholeNumber(std::string_view text) {
+  auto v = ParseNumber(text);
+  if (!v || *v != std::floor(*v) || *v < -1e9 || *v > 1e9) return std::nullopt;
+  return static_cast<int>(*v);
 }
 
 // Applies a comparison operator of the script language.
@@ -151,9 +160,9 @@ void ScriptRunner::Queue(const Words& w) {
   const std::string& cmd = w[0];
   if (cmd == "answer") {
     if (w.size() == 3 && w[1] == "msgbox") {
-      auto v = ParseNumber(w[2]);
-      if (!v) Error("answer msgbox needs a number");
-      platform_.dialogs.QueueAnswer(static_cast<int>(*v));
+      auto v = WholeNumber(w[2]);
+      if (!v) Error("answer msgbox needs a whole number");
+      platform_.dialogs.QueueAnswer(*v);
     } else if (w.size() == 4 && w[1] == "dialog") {
       ControlOf(w[2]);  // the dialog must exist
       std::optional<std::string> path;
@@ -200,9 +209,9 @@ void ScriptRunner::UserCommand(const Words& w) {
     value = w[2][0] - '0';
   }
   if (action == UserAction::Choose) {
-    auto i = ParseNumber(w[2]);
-    if (!i || *i != static_cast<int>(*i)) Error(w[1] + " has no entry " + w[2]);
-    value = static_cast<int>(*i);
+    auto i = WholeNumber(w[2]);
+    if (!i) Error(w[1] + " has no entry " + w[2]);
+    value = *i;
   }
   if (std::string why = Act(*program_, id, action, text, value); !why.empty()) Error(w[1] + " " + why);
 }
@@ -284,7 +293,7 @@ void ScriptRunner::Expect(const Words& w) {
     std::optional<std::string> title;
     for (std::size_t i = 3; i < w.size(); i += 2) {
       if (i + 1 >= w.size()) usage();
-      if (w[i] == "style") style = static_cast<int>(ParseNumber(w[i + 1]).value_or(-1));
+      if (w[i] == "style") style = WholeNumber(w[i + 1]).value_or(-1);
       else if (w[i] == "title") title = Cp1252FromUtf8(w[i + 1]);
       else usage();
     }
