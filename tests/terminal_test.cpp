@@ -42,10 +42,10 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
   EXPECT_NE(out.find("by the caf\xC3\xA9."), std::string::npos) << out;
   EXPECT_NE(out.find("  1. Take the key and go on\n  2. Go on\n"), std::string::npos) << out;
   EXPECT_NE(out.find("There is no option 7 here."), std::string::npos) << out;
-  EXPECT_NE(out.find(">\nThe door is locked.\n  1. Unlock the door\n> "), std::string::npos) << out;
+  EXPECT_NE(out.find(">\nThe door is locked.\nScore: 5\n  1. Unlock the door\n> "), std::string::npos) << out;
   EXPECT_NE(out.find("(No options."), std::string::npos) << out;
   // Message boxes become prompts, a file dialog a path prompt.
-  EXPECT_NE(out.find("[WARNING!!!!] Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
+  EXPECT_NE(out.find("\nWARNING!!!! Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
                      "Yes or no (y/n)? "),
             std::string::npos)
       << out;
@@ -83,8 +83,8 @@ TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
   ExpectInOrder(out, {"Name: Hero  Level: 1",
                       "(Character panel: name NAME, reroll, create, save character, load character.)",
                       "That is not possible here.", "Name: Ana  Level: 1", "  1. Go in",
-                      "You are under attack from Bat!\n(A battle! Type attack or escape.)",
-                      "[Fablewright 2004] You have gained a level!", "You have won the battle!",
+                      "You are under attack from Bat!\nBat's HP: 1   Your Hp: ",
+                      "(A battle! Type attack or escape.)", "\nYou have gained a level!\n", "You have won the battle!",
                       ">\nDeep cave\n>\nIt is quiet now.\nName: Ana  Level: 2",
                       "(Character panel: name NAME, save character, close.)", "  1. Leave", "  Bat wing\n",
                       "Name: Ana  Level: 2", "Exp: 0 of 100", "Saved Successfully.", "Loaded Successfully.",
