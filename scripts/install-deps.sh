@@ -2,7 +2,8 @@
 # Installs the Debian packages the build, the tests and the benchmarks need,
 # and only those that are missing, so a warm machine pays nothing. The
 # Liberation fonts have the widths of the Windows fonts the forms are laid
-# out for, so a label's text fits its place in the window.
+# out for, so a label's text fits its place in the window. Python drives the
+# terminal player's test through a pseudo-terminal.
 set -euo pipefail
 
 packages=(

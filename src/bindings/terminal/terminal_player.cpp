@@ -244,8 +244,9 @@ void TerminalGame::SaveCharacter() {
   int boxes = dialogs_.boxesShown();
   dialogs_.ForgetLastPath();
   Shown("CharCreate") ? Click("Command3") : Click("mnusavechar");
-  if (dialogs_.lastPath() && dialogs_.boxesShown() == boxes)
-    out_.Printf("Character saved in %s.\n", dialogs_.lastPath()->c_str());
+  if (!dialogs_.lastPath() || dialogs_.boxesShown() != boxes) return;
+  FormSurface& s = program_->surface();
+  out_.Printf("Character saved in %s.\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "charfile")).fileName).c_str());
 }
 
 // The panel's Load Character stays greyed out once a character was
