@@ -249,10 +249,11 @@ void TerminalGame::SaveCharacter() {
   out_.Printf("Character saved in %s.\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "charfile")).fileName).c_str());
 }
 
-// The panel's Load Character stays greyed out once a character was
-// created; the window shows that, the terminal says it.
+// Load Character stays greyed out once a character was created, for the
+// rest of the run; the window shows that, the terminal says it.
 void TerminalGame::LoadCharacter() {
-  if (Shown("CharCreate") && Shown("Command11") && !Reachable("Command11"))
+  FormSurface& s = program_->surface();
+  if (!s.At(s.Id("FrmGame", "Command11")).enabled)
     out_.Write("Load character is no longer offered: a character is loaded only until one is created in this run.\n");
   else
     Click("Command11");
