@@ -176,7 +176,9 @@ std::string TerminalGame::Standing() {
 
 void TerminalGame::ShowBattle() {
   standingShown_ = Standing();
-  out_.Printf("\n%s\n", standingShown_.c_str());
+  out_.Write("\n");
+  ShowScore(false);  // the option that led into the fight may have scored
+  out_.Printf("%s\n", standingShown_.c_str());
   out_.Write(Reachable("Picture8") ? "(A battle! Type attack or escape.)\n" : "(A battle! Type attack.)\n");
 }
 
