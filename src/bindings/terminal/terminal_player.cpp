@@ -2,8 +2,8 @@
 
 #include <chrono>
 #include <cmath>
-#include <functional>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <set>
 #include <thread>
@@ -23,21 +23,26 @@
 namespace fw {
 namespace {
 
+// One command a line, so that a screen reader reads each on its own.
 constexpr const char* kHelp =
-    "Type the number of an option to choose it. Commands:\n"
-    "  look    show the place, the page and its options again\n"
-    "  score   show the score\n"
-    "  items   list the key items  character  show the character\n"
-    "  attack  strike in a battle  escape  run from it\n"
-    "  save    save the game       load    load a saved game\n"
-    "  open    open another quest file\n"
-    "  On the character panel:\n"
-    "  name TEXT  name the character   reroll  roll new numbers\n"
-    "  create  commit the character    close   close the panel\n"
-    "  save character, load character  keep it in a .cha file\n"
-    "  (a character is loaded only until one is created in this run)\n"
-    "  quit    leave the game\n"
-    "  help    this list\n";
+    "Type the number of an option to choose it, or one of these:\n"
+    "  look: the place, the page and its options again\n"
+    "  score: the score\n"
+    "  items: the key items you carry\n"
+    "  character: the character and its gauges\n"
+    "  attack, escape: strike in a battle, or run from it\n"
+    "  save, load: save the game, or load a saved one\n"
+    "  open: open another quest file\n"
+    "  quit: leave the game\n"
+    "  help: this list\n"
+    "On the character panel:\n"
+    "  name TEXT: name the character\n"
+    "  reroll: roll new numbers\n"
+    "  create: commit the character\n"
+    "  close: close the panel\n"
+    "  save character, load character: keep the character in a .cha file\n"
+    "  (a character can be loaded only until one is created in this run)\n"
+    "At a terminal the arrow keys recall earlier commands, and Tab completes them.\n";
 
 constexpr const char* kNotHere = "That is not possible here.\n";
 
