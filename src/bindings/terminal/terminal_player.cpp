@@ -214,6 +214,10 @@ void TerminalGame::ShowPanel() {
 }
 
 void TerminalGame::Look() {
+  if (!QuestOpen()) {
+    out_.Write("No quest loaded. Type open to open a quest file.\n");
+    return;
+  }
   std::string location = Utf8FromCp1252(CurrentLocation(*program_));
   out_.Write("\n");
   if (!location.empty()) out_.Printf("%s\n", location.c_str());
