@@ -2,13 +2,15 @@
 # Installs the Debian packages the build, the tests and the benchmarks need,
 # and only those that are missing, so a warm machine pays nothing. The
 # Liberation fonts have the widths of the Windows fonts the forms are laid
-# out for, so a label's text fits its place in the window.
+# out for, so a label's text fits its place in the window. Python drives the
+# terminal player's test through a pseudo-terminal.
 set -euo pipefail
 
 packages=(
   g++ cmake make pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev timgm6mb-soundfont
+  libreadline-dev python3
   qt6-base-dev qt6-multimedia-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2

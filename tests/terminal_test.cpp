@@ -42,10 +42,10 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
   EXPECT_NE(out.find("by the caf\xC3\xA9."), std::string::npos) << out;
   EXPECT_NE(out.find("  1. Take the key and go on\n  2. Go on\n"), std::string::npos) << out;
   EXPECT_NE(out.find("There is no option 7 here."), std::string::npos) << out;
-  EXPECT_NE(out.find(">\nThe door is locked.\n  1. Unlock the door\n> "), std::string::npos) << out;
+  EXPECT_NE(out.find(">\nThe door is locked.\nScore: 5\n  1. Unlock the door\n> "), std::string::npos) << out;
   EXPECT_NE(out.find("(No options."), std::string::npos) << out;
   // Message boxes become prompts, a file dialog a path prompt.
-  EXPECT_NE(out.find("[WARNING!!!!] Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
+  EXPECT_NE(out.find("\nWARNING!!!! Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
                      "Yes or no (y/n)? "),
             std::string::npos)
       << out;
@@ -83,8 +83,8 @@ TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
   ExpectInOrder(out, {"Name: Hero  Level: 1",
                       "(Character panel: name NAME, reroll, create, save character, load character.)",
                       "That is not possible here.", "Name: Ana  Level: 1", "  1. Go in",
-                      "You are under attack from Bat!\n(A battle! Type attack or escape.)",
-                      "[Fablewright 2004] You have gained a level!", "You have won the battle!",
+                      "You are under attack from Bat!\nBat's HP: 1   Your Hp: ",
+                      "(A battle! Type attack or escape.)", "\nYou have gained a level!\n", "You have won the battle!",
                       ">\nDeep cave\n>\nIt is quiet now.\nName: Ana  Level: 2",
                       "(Character panel: name NAME, save character, close.)", "  1. Leave", "  Bat wing\n",
                       "Name: Ana  Level: 2", "Exp: 0 of 100", "Saved Successfully.", "Loaded Successfully.",
@@ -126,6 +126,113 @@ TEST(TerminalPlayer, ACharacterTheQuestFileCannotTakeIsToldOnceAndTheFileStaysWh
   std::ifstream in(quest, std::ios::binary);
   std::string after(std::istreambuf_iterator<char>(in), {});
   EXPECT_TRUE(after == text) << "the quest file changed: " << after.size() << " bytes, was " << text.size();
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+constexpr const char* kMill =
+    "[Story Info]\r\nTitle=The Old Mill\r\n"
+    "[1]\r\nLocation=The gate\r\nPage Text=A rusty key lies in the grass.\r\n"
+    "Option One=Go on\r\nOption One Score=+5\r\nOption One Destination Page=2\r\n"
+    "Option Two=Go home\r\nOption Two Score=-2\r\nOption Two Destination Page=3\r\n"
+    "[2]\r\nLocation=The door\r\nPage Text=The door is locked.\r\n"
+    "Option One=Back\r\nOption One Destination Page=1\r\n"
+    "[3]\r\nLocation=Home\r\nPage Text=You are home.\r\n";
+
+TEST(TerminalPlayer, CommandsAreTakenWhateverTheirCaseAndBlanksAndLookGivesThePlace) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/mill.fbw";
+  std::ofstream(quest, std::ios::binary) << kMill;
+  std::string out = Play(quest, "ITEMS\n Look \nScore\n1 \nLOOK\n  1\t\n2\nhelp\nscore\nq\n", dir.str());
+  ExpectInOrder(out, {"> You carry no key items.\n", "> \nThe gate\nA rusty key lies in the grass.\n",
+                      "> Score: 0\n", ">\nThe door is locked.\nScore: 5\n  1. Back\n",
+                      "> \nThe door\nThe door is locked.\n", ">\nA rusty key lies in the grass.\n  1. Go on",
+                      // Back on page 1 the score did not change: it is not repeated.
+                      ">\nYou are home.\nScore: 3\n(No options.",
+                      // At an ending it is told once, and on asking.
+                      "> Type the number of an option", "(No options.", "> Score: 3\n"});
+  EXPECT_EQ(out.find("Score: 5\n  1. Go on"), std::string::npos) << out;
+  EXPECT_EQ(out.find("Score: 3\n(No options", out.find("Score: 3\n(No options") + 1), std::string::npos) << out;
+}
+
+TEST(TerminalPlayer, ALoadedNameWithoutItsExtensionIsFound) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/mill.fbw";
+  std::ofstream(quest, std::ios::binary) << kMill;
+  std::string game = dir.str() + "/first";
+  std::string out = Play(quest, "1\nsave\n" + game + "\n1\nload\n" + game + " \nq\ny\n", dir.str());
+  ExpectInOrder(out, {"Game: " + game + ".sav\nSaved Successfully.", "Game: " + game + ".sav\nLoaded Successfully.",
+                      ">\nThe door is locked.\n"});
+}
+
+TEST(TerminalPlayer, TheCharacterBeforeItIsMadeAndItsFilesAreTold) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/bat.fbw";
+  std::ofstream(quest, std::ios::binary) << kBatCave;
+  std::string cha = dir.str() + "/ana";
+  std::string out = Play(quest,
+                         "character\nname \xE6\x97\xA5\xE6\x9C\xAC\nname Zo\xC3\xAB \xE6\x97\xA5\nname Zo\xC3\xAB\n"
+                         "load character\n\ncreate\ncharacter\nload character\nsave character\n" + cha + "\nq\ny\n",
+                         dir.str());
+  // Covered by the panel, the gauges are not read out before the character is made.
+  std::string before = out.substr(0, out.find("Name: Zo\xC3\xAB  Level: 1\nHit Points"));
+  EXPECT_EQ(before.find("HP: "), std::string::npos) << out;
+  // A name the game's code page cannot hold is told of once.
+  ExpectInOrder(out, {"it became \"??\".)\n", "Name: ??", "Name: Zo\xC3\xAB ?", "Name: Zo\xC3\xAB  Level: 1\n",
+                      "Open file (*.cha), empty to cancel: ", "HP: ",
+                      "Load character is no longer offered: a character is loaded only until one is created in this run.",
+                      "Character saved in " + cha + ".cha.\n"});
+  EXPECT_EQ(out.find("it became", out.find("it became") + 1), std::string::npos) << out;
+  EXPECT_EQ(QuestStore(dir.str()).ReadINI(cha + ".cha", "CharacterData", "CharLevel").empty(), false);
+}
+
+TEST(TerminalPlayer, BothSidesOfAFightAreShownAfterEveryRound) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/bat.fbw";
+  std::string text = kBatCave;
+  text.replace(text.find("BattleMonHp=1"), 13, "BattleMonHp=30");
+  std::ofstream(quest, std::ios::binary) << text;
+  std::string out = Play(quest, "create\n1\nattack\nattack\nattack\nattack\nattack\nattack\nattack\nq\ny\n", dir.str(),
+                         "--seed 7");
+  ExpectInOrder(out, {"You are under attack from Bat!\nBat's HP: 30   Your Hp: ", "(A battle!", "> \nYou",
+                      "\nBat's HP: ", "(A battle!", "You have won the battle!\nBat's HP: -", ">\nDeep cave"});
+  // Every round ends on both sides' hit points.
+  std::size_t rounds = 0, standings = 0;
+  for (std::size_t at = 0; (at = out.find("> \nYou", at)) != std::string::npos; ++at) ++rounds;
+  for (std::size_t at = 0; (at = out.find("\nBat's HP: ", at)) != std::string::npos; ++at) ++standings;
+  EXPECT_EQ(standings, rounds + 1) << out;
+}
+
+// The fight of a run, from its first line to its end.
+std::string Fight(const std::string& out) {
+  std::size_t start = out.find("You are under attack");
+  return start == std::string::npos ? "" : out.substr(start, out.find("Deep cave", start) - start);
+}
+
+TEST(TerminalPlayer, TheProgramsOwnJobTakesASeedAsPlayDoes) {
+  testing::TempDir dir;
+  std::string text = kBatCave;
+  text.replace(text.find("BattleMonHp=1"), 13, "BattleMonHp=30");
+  std::ofstream(dir.str() + "/a.fbw", std::ios::binary) << text;
+  std::ofstream(dir.str() + "/b.fbw", std::ios::binary) << text;
+  std::string fight = "create\n1\nattack\nattack\nattack\nattack\nattack\nattack\nq\ny\n";
+  std::string played = Play(dir.str() + "/a.fbw", fight, dir.str(), "--seed 7");
+  // Without a display the window's job plays in the terminal, on the same dice.
+  std::string command = "cd '" + dir.str() + "' && printf 'open\nb.fbw\n" + fight +
+                        "' | env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + FABLEWRIGHT_BIN +
+                        " --seed 7 --home . 2>/dev/null";
+  std::FILE* pipe = ::popen(command.c_str(), "r");
+  std::string own;
+  char buf[4096];
+  while (std::size_t n = std::fread(buf, 1, sizeof buf, pipe)) own.append(buf, n);
+  EXPECT_EQ(::pclose(pipe), 0);
+  EXPECT_NE(Fight(played).find("You have won the battle!"), std::string::npos) << played;
+  EXPECT_EQ(Fight(own), Fight(played)) << own;
+  EXPECT_NE(std::system((std::string(FABLEWRIGHT_BIN) + " --seed seven 2>/dev/null").c_str()), 0);
 }
 
 }  // namespace

@@ -16,8 +16,9 @@ namespace {
 
 constexpr const char* kUsage =
     "Usage:\n"
-    "  fablewright [--app-dir DIR] [--home DIR]\n"
+    "  fablewright [--app-dir DIR] [--home DIR] [--seed N]\n"
     "      Opens the game window (on a desktop) or plays in the terminal (without one).\n"
+    "      --seed N fixes the dice, so that a fight can be played again as it went.\n"
     "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
     "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
@@ -91,6 +92,13 @@ bool IsSeed(const std::string& s) {
   return !s.empty() && s.size() <= 9 && s.find_first_not_of("0123456789") == std::string::npos;
 }
 
+// Reads --seed N into the launch; gives false on anything else.
+bool Seed(const std::vector<std::string>& args, std::size_t& i, fw::Launch& launch) {
+  if (args[i] != "--seed" || i + 1 >= args.size() || !IsSeed(args[i + 1])) return false;
+  launch.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
+  return true;
+}
+
 int Play(const std::vector<std::string>& args) {
   fw::TerminalOptions options;
   fw::Launch launch = DefaultLaunch();
@@ -98,8 +106,7 @@ int Play(const std::vector<std::string>& args) {
     if (Folders(args, i, launch)) continue;
     if (args[i] == "--silent") {
       launch.sound = false;
-    } else if (args[i] == "--seed" && i + 1 < args.size() && IsSeed(args[i + 1])) {
-      launch.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
+    } else if (Seed(args, i, launch)) {
     } else if (options.quest.empty() && !args[i].starts_with("--")) {
       options.quest = args[i];
     } else {
@@ -121,7 +128,7 @@ int Play(const std::vector<std::string>& args) {
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (!Folders(args, i, launch)) {
+    if (!Folders(args, i, launch) && !Seed(args, i, launch)) {
       std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
       return 2;
     }
@@ -140,7 +147,7 @@ int main(int argc, char** argv) {
   // failed write, instead of the signal killing the program mid-game.
   std::signal(SIGXFSZ, SIG_IGN);
   std::vector<std::string> args(argv + 1, argv + argc);
-  if (args.empty() || args[0].starts_with("--app-dir") || args[0].starts_with("--home"))
+  if (args.empty() || args[0] == "--app-dir" || args[0] == "--home" || args[0] == "--seed")
     return Run(args, argc, argv);
   const std::string& command = args[0];
   std::vector<std::string> rest(args.begin() + 1, args.end());

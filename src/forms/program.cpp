@@ -9,9 +9,6 @@
 namespace fw {
 namespace {
 
-// The title of a message box that is given none.
-constexpr std::string_view kAppTitle = "Fablewright 2004";
-
 // A day in seconds: Timer starts again from 0 at midnight.
 constexpr double kDay = 86400;
 

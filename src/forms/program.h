@@ -25,6 +25,9 @@ struct AppInfo {
   std::string currentDir;  // host path of the current folder at start
 };
 
+// The title of a message box that is given none.
+inline constexpr std::string_view kAppTitle = "Fablewright 2004";
+
 // Thrown by End: unwinds every running handler up to the binding.
 struct EndSignal {};
 

@@ -14,4 +14,14 @@ std::string QuestKey(Program& p, const GameState& g, std::string_view section, s
   return ReadINI(p, g.questfil.Caption(), section, key);
 }
 
+std::string CurrentLocation(Program& p) {
+  GameState g(p);
+  if (g.questfil.Caption() == kNoQuest) return "";
+  try {
+    return PageKey(p, g, "Location");
+  } catch (const Failure&) {
+    return "";
+  }
+}
+
 }  // namespace fw

@@ -33,4 +33,8 @@ std::string PageKey(Program& p, const GameState& g, std::string_view key);
 // A key of another section of the open quest.
 std::string QuestKey(Program& p, const GameState& g, std::string_view section, std::string_view key);
 
+// The location of the page in pg, as the transcript gave it on arrival; ""
+// while no quest is open or when the quest cannot be read.
+std::string CurrentLocation(Program& p);
+
 }  // namespace fw

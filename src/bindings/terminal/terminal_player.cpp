@@ -1,37 +1,66 @@
 #include "bindings/terminal/terminal_player.h"
 
 #include <chrono>
-#include <filesystem>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "bindings/terminal/terminal_io.h"
+#include "bindings/terminal/text_lines.h"
 #include "forms/codepage.h"
 #include "forms/program.h"
 #include "forms/user_actions.h"
 #include "media/headless_media.h"
 #include "platform/real_services.h"
+#include "play/game_state.h"
+#include "play/page_keys.h"
 #include "play/transcript_echo.h"
 
 namespace fw {
 namespace {
 
+// One command a line, so that a screen reader reads each on its own.
 constexpr const char* kHelp =
-    "Type the number of an option to choose it.\n"
-    "  look    show the page and its options again\n"
-    "  open    open another quest file\n"
-    "  save    save the game       load    load a saved game\n"
-    "  items   list the key items  character  show the character\n"
-    "  attack  strike in a battle  escape  run from it\n"
-    "  On the character panel:\n"
-    "  name TEXT  name the character   reroll  roll new numbers\n"
-    "  create  commit the character    close   close the panel\n"
-    "  save character, load character  keep it in a .cha file\n"
-    "  quit    leave the game\n"
-    "  help    this list\n";
+    "Type the number of an option to choose it, or one of these:\n"
+    "  look: the place, the page and its options again\n"
+    "  score: the score\n"
+    "  items: the key items you carry\n"
+    "  character: the character and its gauges\n"
+    "  attack, escape: strike in a battle, or run from it\n"
+    "  save, load: save the game, or load a saved one\n"
+    "  open: open another quest file\n"
+    "  quit: leave the game\n"
+    "  help: this list\n"
+    "On the character panel:\n"
+    "  name TEXT: name the character\n"
+    "  reroll: roll new numbers\n"
+    "  create: commit the character\n"
+    "  close: close the panel\n"
+    "  save character, load character: keep the character in a .cha file\n"
+    "  (a character can be loaded only until one is created in this run)\n"
+    "At a terminal the arrow keys recall earlier commands, and Tab completes them.\n";
+
+constexpr const char* kNotHere = "That is not possible here.\n";
+
+// Hands the transcript on, and tells the game when a battle panel closes.
+class GameWatch : public SurfaceObserver {
+ public:
+  GameWatch(Program& p, TranscriptEcho& echo, std::function<void()> battleOver)
+      : echo_(echo), battleBox_(p.surface().Id("FrmGame", "BattleBox")), battleOver_(std::move(battleOver)) {}
+  void ControlChanged(ControlId id, Prop prop) override {
+    echo_.ControlChanged(id, prop);
+    if (id == battleBox_ && prop == Prop::Visible) battleOver_();
+  }
+
+ private:
+  TranscriptEcho& echo_;
+  ControlId battleBox_;
+  std::function<void()> battleOver_;
+};
 
 class TerminalGame {
  public:
@@ -44,41 +73,56 @@ class TerminalGame {
   void Settle();  // lets the option timer catch up after an action
   void ListOptions();
   void ShowPanel();
+  void ShowBattle();
+  void BattleOver();
+  void ShowScore(bool always);
+  void Look();
   void Choose(int n);
   void Command(const std::string& line);
-  bool PanelCommand(const std::string& line);
+  bool PanelCommand(const std::string& words, const std::string& line);
   void Click(const char* control);
+  void SaveCharacter();
+  void LoadCharacter();
   bool Reachable(const char* control);
   bool Shown(const char* control);
   std::string Text(const char* control);
+  std::string Standing();
+  bool QuestOpen();
   void ShowCharacter();
   void ShowItems();
   void TellNotices();
 
-  std::FILE* out_;
+  TerminalOut out_;
+  TypedText typed_;
   IdlePump pump_;
-  LineInput input_;
+  std::unique_ptr<LineInput> input_;
   TerminalDialogs dialogs_;
   HeadlessPlayers players_;
   std::unique_ptr<Program> program_;
   std::unique_ptr<TranscriptEcho> echo_;
+  std::unique_ptr<GameWatch> watch_;
   std::string quest_;
-  std::string panelShown_;  // the character panel as last printed
+  std::string panelShown_;     // the character panel as last printed
+  std::string standingShown_;  // both sides of the fight as last printed
+  std::string scoreShown_;     // the score as last printed
+  bool atEnding_ = false;      // the last prompt was at a page without options
   std::set<std::string> noticesTold_;
 };
 
 TerminalGame::TerminalGame(const TerminalOptions& o, const ProgramMaker& make, int inputFd, std::FILE* out)
-    : out_(out), input_(inputFd, [this] { return Idle(); }), dialogs_(input_, out), quest_(o.quest) {
+    : out_(out),
+      typed_(out_),
+      input_(MakeLineInput(inputFd, out_, [this] { return Idle(); })),
+      dialogs_(*input_, out_, typed_),
+      quest_(o.quest) {
   Services own{};
   own.pump = &pump_;
   own.dialogs = &dialogs_;
   own.players = &players_;
   program_ = make(own);
-  echo_ = std::make_unique<TranscriptEcho>(*program_, [out](const std::string& text) {
-    std::fputs(text.c_str(), out);
-    std::fflush(out);
-  });
-  program_->surface().SetObserver(echo_.get());
+  echo_ = std::make_unique<TranscriptEcho>(*program_, [this](const std::string& text) { out_.Write(text); });
+  watch_ = std::make_unique<GameWatch>(*program_, *echo_, [this] { BattleOver(); });
+  program_->surface().SetObserver(watch_.get());
 }
 
 std::optional<int> TerminalGame::Idle() {
@@ -97,24 +141,59 @@ void TerminalGame::Settle() {
   }
 }
 
-
+// What the screen offers now. The page's own line is still open, so this
+// starts with a line break.
 void TerminalGame::ListOptions() {
   // The panels cover the options: say what can be done instead.
+  bool ending = !Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4");
+  bool endingSeen = std::exchange(atEnding_, false);
   if (Shown("CharCreate")) return ShowPanel();
   panelShown_.clear();
-  if (Shown("BattleBox")) {
-    std::fputs(Reachable("Picture8") ? "\n(A battle! Type attack or escape.)\n" : "\n(A battle! Type attack.)\n", out_);
+  if (Shown("BattleBox")) return ShowBattle();
+  if (ending) {
+    // The final score comes with the ending once, and again if it changes.
+    atEnding_ = true;
+    out_.Write("\n");
+    ShowScore(QuestOpen() && !endingSeen);
+    out_.Write("(No options. Type open, quit or help.)\n");
     return;
   }
-  if (!Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4")) {
-    std::fputs("\n(No options. Type open, quit or help.)\n", out_);
-    return;
-  }
-  std::fputs("\n", out_);
+  out_.Write("\n");
+  ShowScore(false);
   for (int n = 1; n <= 4; ++n) {
     std::string option = "Option" + std::to_string(n);
-    if (Shown(option.c_str())) std::fprintf(out_, "  %d. %s\n", n, Text(option.c_str()).c_str());
+    if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
   }
+}
+
+// The score where it changed, or always (at an ending).
+void TerminalGame::ShowScore(bool always) {
+  std::string score = Text("score");
+  if (!always && score == scoreShown_) return;
+  scoreShown_ = score;
+  out_.Printf("%s %s\n", Text("Label1").c_str(), score.c_str());
+}
+
+// Both sides of a fight, named as the battle panel's labels name them.
+std::string TerminalGame::Standing() {
+  return Text("Label4") + " " + Text("Label6") + "   " + Text("Label3") + " " + Text("Label5");
+}
+
+void TerminalGame::ShowBattle() {
+  standingShown_ = Standing();
+  out_.Write("\n");
+  ShowScore(false);  // the option that led into the fight may have scored
+  out_.Printf("%s\n", standingShown_.c_str());
+  out_.Write(Reachable("Picture8") ? "(A battle! Type attack or escape.)\n" : "(A battle! Type attack.)\n");
+}
+
+// The last round's result, when the panel closes on it: its log line is
+// still open and the next page follows on a line of its own.
+void TerminalGame::BattleOver() {
+  if (Shown("BattleBox") || standingShown_.empty()) return;
+  std::string standing = Standing();
+  if (standing != standingShown_) out_.Printf("\n%s", standing.c_str());
+  standingShown_.clear();
 }
 
 // The character panel's fields when they changed, and what its buttons let
@@ -122,8 +201,8 @@ void TerminalGame::ListOptions() {
 void TerminalGame::ShowPanel() {
   std::string fields = "Name: " + Text("Text6") + "  Level: " + Text("Text7") + "\nHit Points: " + Text("Text5") +
                        "  Strength: " + Text("Text4") + "  Defence: " + Text("Text3") + "\n";
-  std::fputs("\n", out_);
-  if (fields != panelShown_) std::fputs(fields.c_str(), out_);
+  out_.Write("\n");
+  if (fields != panelShown_) out_.Write(fields);
   panelShown_ = fields;
   std::string can = "name NAME";
   if (Shown("Command10")) can += ", reroll";
@@ -131,21 +210,32 @@ void TerminalGame::ShowPanel() {
   if (Reachable("Command3")) can += ", save character";
   if (Reachable("Command11")) can += ", load character";
   if (Reachable("Image12")) can += ", close";
-  std::fprintf(out_, "(Character panel: %s.)\n", can.c_str());
+  out_.Printf("(Character panel: %s.)\n", can.c_str());
+}
+
+void TerminalGame::Look() {
+  if (!QuestOpen()) {
+    out_.Write("No quest loaded. Type open to open a quest file.\n");
+    return;
+  }
+  std::string location = Utf8FromCp1252(CurrentLocation(*program_));
+  out_.Write("\n");
+  if (!location.empty()) out_.Printf("%s\n", location.c_str());
+  out_.Printf("%s\n", Text("room").c_str());
 }
 
 void TerminalGame::Choose(int n) {
   FormSurface& s = program_->surface();
   ControlId option = n >= 1 && n <= 4 ? s.Id("FrmGame", "Option" + std::to_string(n)) : ControlId{};
   if (option.index < 0 || !s.Shown(option)) {
-    std::fprintf(out_, "There is no option %d here.\n", n);
+    out_.Printf("There is no option %d here.\n", n);
     return;
   }
   // An option is chosen as on screen: selected, then the choose button. A
   // panel over the page (the character, a battle) keeps both out of reach.
   ControlId choose = s.Id("FrmGame", "Picture1");
   if (!CannotAct(s, option, UserAction::Select).empty() || !CannotAct(s, choose, UserAction::Click).empty()) {
-    std::fputs("That is not possible here.\n", out_);
+    out_.Write(kNotHere);
     return;
   }
   Act(*program_, option, UserAction::Select);
@@ -156,8 +246,28 @@ void TerminalGame::Choose(int n) {
 // the control is hidden, disabled or covered by a panel.
 void TerminalGame::Click(const char* control) {
   FormSurface& s = program_->surface();
-  if (!Act(*program_, s.Id("FrmGame", control), UserAction::Click).empty())
-    std::fputs("That is not possible here.\n", out_);
+  if (!Act(*program_, s.Id("FrmGame", control), UserAction::Click).empty()) out_.Write(kNotHere);
+}
+
+// The program says nothing when a character file was written; the terminal
+// does, when the file dialog was answered and no box told of a failure.
+void TerminalGame::SaveCharacter() {
+  int boxes = dialogs_.boxesShown();
+  dialogs_.ForgetLastPath();
+  Shown("CharCreate") ? Click("Command3") : Click("mnusavechar");
+  if (!dialogs_.lastPath() || dialogs_.boxesShown() != boxes) return;
+  FormSurface& s = program_->surface();
+  out_.Printf("Character saved in %s.\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "charfile")).fileName).c_str());
+}
+
+// Load Character stays greyed out once a character was created, for the
+// rest of the run; the window shows that, the terminal says it.
+void TerminalGame::LoadCharacter() {
+  FormSurface& s = program_->surface();
+  if (!s.At(s.Id("FrmGame", "Command11")).enabled)
+    out_.Write("Load character is no longer offered: a character is loaded only until one is created in this run.\n");
+  else
+    Click("Command11");
 }
 
 bool TerminalGame::Reachable(const char* control) {
@@ -176,71 +286,85 @@ std::string TerminalGame::Text(const char* control) {
   return Utf8FromCp1252(s.At(s.Id("FrmGame", control)).caption);
 }
 
+bool TerminalGame::QuestOpen() {
+  FormSurface& s = program_->surface();
+  return s.At(s.Id("FrmGame", "questfil")).caption != kNoQuest;
+}
+
 void TerminalGame::ShowCharacter() {
   FormSurface& s = program_->surface();
-  std::fprintf(out_, "Name: %s  Level: %s\nHit Points: %s  Strength: %s  Defence: %s\n", Text("Text6").c_str(),
-               Text("Text7").c_str(), Text("Text5").c_str(), Text("Text4").c_str(), Text("Text3").c_str());
-  // The gauges, as far as the game screen shows them.
+  out_.Printf("Name: %s  Level: %s\nHit Points: %s  Strength: %s  Defence: %s\n", Text("Text6").c_str(),
+              Text("Text7").c_str(), Text("Text5").c_str(), Text("Text4").c_str(), Text("Text3").c_str());
+  // The gauges, as far as the game screen shows them: the panel covers
+  // them until the character is made.
   const Control& hp = s.At(s.Id("FrmGame", "HPPlay"));
   const Control& exp = s.At(s.Id("FrmGame", "exp"));
-  if (hp.visible) std::fprintf(out_, "HP: %g of %g", hp.barValue, hp.barMax);
-  if (exp.visible) std::fprintf(out_, "  Exp: %g of %g", exp.barValue, exp.barMax);
-  if (hp.visible || exp.visible) std::fputs("\n", out_);
+  bool hpSeen = Reachable("HPPlay"), expSeen = Reachable("exp");
+  if (hpSeen) out_.Printf("HP: %g of %g", hp.barValue, hp.barMax);
+  if (expSeen) out_.Printf("%sExp: %g of %g", hpSeen ? "  " : "", exp.barValue, exp.barMax);
+  if (hpSeen || expSeen) out_.Write("\n");
 }
 
 // Each failure the game went on after silently, told once.
 void TerminalGame::TellNotices() {
   for (const std::string& notice : program_->TakeNotices())
-    if (noticesTold_.insert(notice).second) std::fprintf(out_, "(%s)\n", Utf8FromCp1252(notice).c_str());
+    if (noticesTold_.insert(notice).second) out_.Printf("(%s)\n", Utf8FromCp1252(notice).c_str());
 }
 
 void TerminalGame::ShowItems() {
   const Control& list = program_->surface().At(program_->surface().Id("FrmGame", "List1"));
-  if (list.list.empty()) std::fputs("You carry no key items.\n", out_);
-  for (const auto& item : list.list) std::fprintf(out_, "  %s\n", Utf8FromCp1252(item).c_str());
+  if (list.list.empty()) out_.Write("You carry no key items.\n");
+  for (const auto& item : list.list) out_.Printf("  %s\n", Utf8FromCp1252(item).c_str());
 }
 
-// The character, battle, inventory and saved game commands.
-bool TerminalGame::PanelCommand(const std::string& line) {
+// The character, battle, inventory and saved game commands. words is the
+// line made comparable; line as typed, for the name.
+bool TerminalGame::PanelCommand(const std::string& words, const std::string& line) {
   FormSurface& s = program_->surface();
-  if (line == "save") Click("mnusave");
-  else if (line == "load") Click("mnuload");
-  else if (line == "items") ShowItems();
-  else if (line == "character") ShowCharacter();
-  else if (line == "create") Click("Command9");
-  else if (line == "reroll") Click("Command10");
-  else if (line == "close") Click("Image12");
-  else if (line == "load character") Click("Command11");
-  else if (line == "save character") Shown("CharCreate") ? Click("Command3") : Click("mnusavechar");
-  else if (line == "attack") Click("Picture7");
-  else if (line == "escape") Click("Picture8");
-  else if (line.starts_with("name ")) {
-    if (!Act(*program_, s.Id("FrmGame", "Text6"), UserAction::Type, Cp1252FromUtf8(line.substr(5))).empty())
-      std::fputs("That is not possible here.\n", out_);
+  if (words == "save") Click("mnusave");
+  else if (words == "load") Click("mnuload");
+  else if (words == "items") ShowItems();
+  else if (words == "character") ShowCharacter();
+  else if (words == "create") Click("Command9");
+  else if (words == "reroll") Click("Command10");
+  else if (words == "close") Click("Image12");
+  else if (words == "load character") LoadCharacter();
+  else if (words == "save character") SaveCharacter();
+  else if (words == "attack") Click("Picture7");
+  else if (words == "escape") Click("Picture8");
+  else if (words == "name") out_.Write("Type name and then the character's name.\n");
+  else if (words.starts_with("name ")) {
+    std::string_view typed = Trimmed(line);
+    std::string name = typed_(Trimmed(typed.substr(typed.find_first_of(" \t"))));
+    if (!Act(*program_, s.Id("FrmGame", "Text6"), UserAction::Type, name).empty()) out_.Write(kNotHere);
   } else return false;
   return true;
 }
 
 void TerminalGame::Command(const std::string& line) {
   FormSurface& s = program_->surface();
-  if (PanelCommand(line)) {
-  } else if (line == "help" || line == "h" || line == "?") {
-    std::fputs(kHelp, out_);
-  } else if (line == "look" || line == "l") {
-    std::fprintf(out_, "\n%s\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "room")).caption).c_str());
-  } else if (line == "open" || line == "o") {
+  std::string words = CommandWords(line);
+  if (PanelCommand(words, line)) {
+  } else if (words == "help" || words == "h" || words == "?") {
+    out_.Write(kHelp);
+  } else if (words == "look" || words == "l") {
+    Look();
+  } else if (words == "score") {
+    ShowScore(true);
+  } else if (words == "open" || words == "o") {
     Click("mnuloadquest");
-  } else if (line == "quit" || line == "q") {
+  } else if (words == "quit" || words == "q") {
     CloseForm(*program_, s.FindForm("FrmGame"));
-  } else if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
-    Choose(std::stoi(line.substr(0, 2)));
-  } else if (!line.empty()) {
-    std::fputs("Type the number of an option, or help.\n", out_);
+  } else if (!words.empty() && words.find_first_not_of("0123456789") == std::string::npos) {
+    Choose(std::stoi(words.substr(0, 2)));
+  } else if (!words.empty()) {
+    out_.Write("Type the number of an option, or help.\n");
   }
 }
 
 int TerminalGame::Run() {
   program_->Start();
+  scoreShown_ = Text("score");
   if (!quest_.empty()) {
     dialogs_.Preanswer("FrmGame.questfile", quest_);
     // The quest named on the command line opens as Load Quest opens one,
@@ -250,19 +374,18 @@ int TerminalGame::Run() {
       s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
     });
   } else {
-    std::fputs("No quest loaded. Type open to open a quest file.\n", out_);
+    out_.Write("No quest loaded. Type open to open a quest file.\n");
   }
   while (!program_->Over()) {
     Settle();
     TellNotices();
     ListOptions();
-    std::fputs("> ", out_);
-    std::fflush(out_);
-    auto line = input_.Next();
+    auto line = input_->Next("> ", Asking::Command);
     if (!line) break;
     Command(*line);
   }
-  std::fputs("\n", out_);
+  out_.Write("\n");
+  out_.Flush();
   return 0;
 }
 
