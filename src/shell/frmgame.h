@@ -5,6 +5,8 @@ namespace fw {
 
 // The maker's web site, shown on the picture menu and opened by its link.
 inline constexpr const char* kWebAddress = "https://fablewright.example.org";
+// Where players and authors write to the maker, as the About box says.
+inline constexpr const char* kContactAddress = "authors@fablewright.example.org";
 
 // The game window's table and handlers.
 extern const FormDecl kFrmGameTable;
