@@ -21,6 +21,12 @@ std::string FullPath(const std::string& utf8) {
 
 }  // namespace
 
+std::string TerminalText(std::string_view cp1252) {
+  std::string text = Utf8FromCp1252(cp1252);
+  for (std::size_t at; (at = text.find("\r\n")) != std::string::npos;) text.erase(at, 1);
+  return text;
+}
+
 std::optional<std::string> LineInput::Next() {
   for (;;) {
     std::size_t end = buffer_.find('\n');
@@ -53,7 +59,7 @@ std::optional<std::string> LineInput::Next() {
 }
 
 int TerminalDialogs::MsgBox(std::string_view prompt, int style, std::string_view title) {
-  std::fprintf(out_, "\n[%s] %s\n", Utf8FromCp1252(title).c_str(), Utf8FromCp1252(prompt).c_str());
+  std::fprintf(out_, "\n[%s] %s\n", TerminalText(title).c_str(), TerminalText(prompt).c_str());
   if (style != 4) return 1;
   for (;;) {
     std::fprintf(out_, "Yes or no (y/n)? ");

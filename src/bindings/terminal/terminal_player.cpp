@@ -30,6 +30,8 @@ constexpr const char* kHelp =
     "  name TEXT  name the character   reroll  roll new numbers\n"
     "  create  commit the character    close   close the panel\n"
     "  save character, load character  keep it in a .cha file\n"
+    "  about   the About box       news    what's new\n"
+    "  update  run the auto-update\n"
     "  quit    leave the game\n"
     "  help    this list\n";
 
@@ -54,6 +56,7 @@ class TerminalGame {
   void ShowCharacter();
   void ShowItems();
   void TellNotices();
+  void ShowWhatsNew();
 
   std::FILE* out_;
   IdlePump pump_;
@@ -194,6 +197,21 @@ void TerminalGame::TellNotices() {
     if (noticesTold_.insert(notice).second) std::fprintf(out_, "(%s)\n", Utf8FromCp1252(notice).c_str());
 }
 
+// What's New opens as its menu item opens it, is read out, and its OK puts
+// it away again.
+void TerminalGame::ShowWhatsNew() {
+  FormSurface& s = program_->surface();
+  if (!Act(*program_, s.Id("FrmGame", "mnunew"), UserAction::Click).empty()) {
+    std::fputs("That is not possible here.\n", out_);
+    return;
+  }
+  int updates = s.FindForm("FrmUpdates");
+  if (updates < 0 || !s.IsLoaded(updates) || !s.Form(updates).visible) return;
+  std::fprintf(out_, "\n%s\n%s", TerminalText(s.Form(updates).caption).c_str(),
+               TerminalText(s.At(s.Id("FrmUpdates", "Text1")).caption).c_str());
+  Act(*program_, s.Id("FrmUpdates", "Command1"), UserAction::Click);
+}
+
 void TerminalGame::ShowItems() {
   const Control& list = program_->surface().At(program_->surface().Id("FrmGame", "List1"));
   if (list.list.empty()) std::fputs("You carry no key items.\n", out_);
@@ -230,6 +248,12 @@ void TerminalGame::Command(const std::string& line) {
     std::fprintf(out_, "\n%s\n", Utf8FromCp1252(s.At(s.Id("FrmGame", "room")).caption).c_str());
   } else if (line == "open" || line == "o") {
     Click("mnuloadquest");
+  } else if (line == "about") {
+    Click("mnuabout");
+  } else if (line == "update") {
+    Click("mnuauto");
+  } else if (line == "news") {
+    ShowWhatsNew();
   } else if (line == "quit" || line == "q") {
     CloseForm(*program_, s.FindForm("FrmGame"));
   } else if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
