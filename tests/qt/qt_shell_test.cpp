@@ -3,7 +3,9 @@
 // shell's screens under build/screenshots/ for a person to look at.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
+#include <QResizeEvent>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -89,6 +91,20 @@ TEST(QtShell, TheExitQuestionKeepsTheGameOnNoAndEndsItOnYes) {
   d.Window("FrmGame")->close();
   EXPECT_EQ(d.t.platform.dialogs.unchecked().size(), 2u);
   EXPECT_TRUE(d.t.program.Over());
+}
+
+// A resize from the desktop reaches Form_Resize, which keeps the last line of
+// the transcript in view.
+TEST(QtShell, AResizeScrollsTheTranscriptToItsEnd) {
+  Desktop d;
+  d.t.program.Start();
+  FormSurface& s = d.t.surface();
+  ControlId transcript = s.Id("FrmGame", "Text1");
+  s.SetSelStart(transcript, 0);
+  QMainWindow* game = d.Window("FrmGame");
+  QResizeEvent resize(game->size(), game->size());
+  QApplication::sendEvent(game, &resize);
+  EXPECT_EQ(s.At(transcript).selStart, static_cast<int>(s.At(transcript).caption.size()));
 }
 
 TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
