@@ -61,7 +61,6 @@ TEST(Splash, LoadsThePackagedGameBehindItselfThenShowsItForThreeSeconds) {
   EXPECT_TRUE(t.surface().IsLoaded(t.surface().FindForm("FrmSplash")));
   EXPECT_TRUE(OptionButton(t.surface(), "FrmGame", "Option1").Visible());
   EXPECT_FALSE(OptionButton(t.surface(), "FrmGame", "Option2").Visible());
-  t.surface().SetObserver(nullptr);
 }
 
 TEST(PressAnimation, ASecondPressDuringTheFirstEndsWithTheButtonInItsPlace) {

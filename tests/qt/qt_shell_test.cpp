@@ -34,7 +34,6 @@ struct Desktop {
   testing::TestProgram t{AllForms()};
   QtWindows windows{t.program};
   Desktop() { t.surface().SetObserver(&windows); }
-  ~Desktop() { t.surface().SetObserver(nullptr); }
   QWidget* Widget(const char* name) { return windows.WidgetOf(t.surface().Id("FrmGame", name)); }
   QMainWindow* Window(const char* form) { return windows.WindowOf(t.surface().FindForm(form)); }
   void Pass(double seconds) {
