@@ -78,7 +78,8 @@ constexpr HandlerDecl kSplashHandlers[] = {
 
 constexpr ControlDecl kUpdatesControls[] = {
     {.name = "Text1", .kind = Kind::TextBox, .left = 120, .top = 120, .width = 5775, .height = 4215,
-     .caption = kWhatsNewText, .look = {.multiLine = true, .scrollBar = true, .readOnly = true}},
+     .caption = kWhatsNewText,
+     .look = {.font = {"MS Sans Serif", 8.25f, false}, .multiLine = true, .scrollBar = true, .readOnly = true}},
     {.name = "Command1", .kind = Kind::CommandButton, .left = 120, .top = 4440, .width = 5775, .height = 495,
      .caption = "OK"},
 };
