@@ -106,7 +106,7 @@ TEST(ScriptRun, ScriptMistakesStopWithCodeTwoAndTheLine) {
                  Case{"expect FrmGame.Text1.Text ~= \"\"\n", "unknown comparison"},
                  Case{"click FrmGame.Command2\n", "not on screen"},
                  Case{"click FrmGame.mnunewgame\n", "disabled"},
-                 Case{"select FrmGame.Option1\n", "covered by Picture2"},
+                 Case{"click FrmGame.Picture1\n", "covered by Picture2"},
                  Case{"click FrmGame.Option1\n", "does not take that action"},
                  Case{"rnd 1.5\n", "[0, 1)"},
                  Case{"answer msgbox 1e300\n", "needs a whole number"},

@@ -40,7 +40,11 @@ void Button_Click(Program& p) {
 }
 void Other_Load(Program& p) { Append(p, "other;"); }
 void Other_QueryUnload(Program& p, bool& cancel) {
-  cancel = Label(p.surface(), "FrmOther", "Field").Caption() == "keep";
+  std::string field = Label(p.surface(), "FrmOther", "Field").Caption();
+  cancel = field == "keep" || field == "self";
+  if (field != "self") return;
+  Append(p, "ask;");
+  FormHandle(p.surface(), "FrmOther").Unload();
 }
 
 constexpr ControlDecl kTest[] = {
@@ -162,6 +166,15 @@ TEST_F(SurfaceTest, UnloadAsksQueryUnloadAndAReloadStartsFresh) {
   EXPECT_FALSE(s.IsLoaded(1));
   EXPECT_EQ(field.Caption(), "fresh");  // loaded again from the table
   EXPECT_EQ(Log(), "load;other;other;");
+}
+
+// A form that unloads itself from its own Form_QueryUnload is asked once,
+// and is gone however the question ended.
+TEST_F(SurfaceTest, AnUnloadInsideQueryUnloadDestroysWithoutAskingAgain) {
+  Label(s, "FrmOther", "Field").SetCaption("self");
+  s.Unload(1, true);
+  EXPECT_FALSE(s.IsLoaded(1));
+  EXPECT_EQ(Log(), "load;other;ask;");
 }
 
 TEST_F(SurfaceTest, TimersTickInHiddenPanelsAndDisabledOnesWaitForEnable) {

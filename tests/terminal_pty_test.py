@@ -79,8 +79,14 @@ class Game:
         deadline = time.monotonic() + WAIT
         while self.read_some(deadline):
             pass
-        _, status = os.waitpid(self.pid, 0)
-        return status
+        while True:
+            pid, status = os.waitpid(self.pid, os.WNOHANG)
+            if pid != 0:
+                return status
+            if time.monotonic() > deadline:  # still running when it should have ended
+                os.kill(self.pid, 9)
+                fail("the game did not end", self)
+            time.sleep(0.01)
 
 
 def fail(message, game):
@@ -135,7 +141,10 @@ def main():
 
         game.send("1\r")
         game.expect("The sign creaks.\nScore: 3\n")
-        game.send("QUIT \r")  # at an ending nothing is lost, so nothing is asked
+        game.send("QUIT \r")  # with a quest open, the game asks first
+        game.expect("Are you sure?")
+        game.expect("Yes or no (y/n)? ")
+        game.send("y\r")
         status = game.finish()
         if not os.WIFEXITED(status) or os.WEXITSTATUS(status) != 0:
             fail("the game ended with status %d" % status, game)

@@ -235,5 +235,21 @@ TEST(TerminalPlayer, TheProgramsOwnJobTakesASeedAsPlayDoes) {
   EXPECT_NE(std::system((std::string(FABLEWRIGHT_BIN) + " --seed seven 2>/dev/null").c_str()), 0);
 }
 
+// The shell's boxes and windows that a terminal can show, and the exit
+// question: No plays on, Yes ends the player.
+TEST(TerminalPlayer, AboutWhatsNewAndTheExitQuestion) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/q.fbw";
+  std::ofstream(quest, std::ios::binary) << "[1]\r\nLocation=Hall\r\nPage Text=Quiet.\r\nOption One=Wait\r\n";
+  std::string out = Play(quest, "about\\nnews\\nquit\\nn\\n1\\nquit\\ny\\nabout\\n", dir.str());
+  ExpectInOrder(out, {"About: Fablewright 2004\nUsing Fablewright Game Engine Build V5.9\n",
+                      "E-Mail: authors@fablewright.example\n", "What's New! in 5.9\nVersion 5.9\n4-27-04\n",
+                      "a few errors that could cause Fablewright to\ncrash.\n",
+                      "WARNING!!!! Are you sure? This will end the current game without saving!\nYes or no (y/n)? ",
+                      "  1. Wait\n", "WARNING!!!! Are you sure?"});
+  // The Yes ended the player: the last line of input was never read.
+  EXPECT_EQ(out.find("About: ", out.find("About: ") + 1), std::string::npos) << out;
+}
+
 }  // namespace
 }  // namespace fw

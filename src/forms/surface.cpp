@@ -127,9 +127,16 @@ void FormSurface::Hide(int form) {
 bool FormSurface::Unload(int form, bool /*byUser*/) {
   if (!forms_[form].loaded) return true;
   const HandlerDecl* h = Handler(form, static_cast<int>(forms_[form].controls.size()), Event::QueryUnload);
-  if (h && h->unload && !program_.Ended()) {
+  if (h && h->unload && !program_.Ended() && !forms_[form].queryingUnload) {
     bool cancel = false;
-    h->unload(program_, cancel);
+    forms_[form].queryingUnload = true;
+    try {
+      h->unload(program_, cancel);
+    } catch (...) {
+      forms_[form].queryingUnload = false;
+      throw;
+    }
+    forms_[form].queryingUnload = false;
     if (cancel) return false;
   }
   FormState& f = forms_[form];

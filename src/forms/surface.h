@@ -55,6 +55,7 @@ struct FormState {
   const FormDef* def = nullptr;
   bool loaded = false;
   bool visible = false;
+  bool queryingUnload = false;  // its Form_QueryUnload is running
   std::string caption;
   float width = 0, height = 0;
   Picture picture;
@@ -110,7 +111,8 @@ class FormSurface {
   void Show(int form);
   void Hide(int form);
   // Raises Form_QueryUnload; unless cancelled, the form is gone until its next
-  // reference. Gives false when the unload was cancelled.
+  // reference. Gives false when the unload was cancelled. An Unload from
+  // inside the form's own Form_QueryUnload asks nothing again: it destroys.
   bool Unload(int form, bool byUser);
   void SetFormCaption(int form, std::string_view caption);
   void SetFormPicture(int form, Picture picture);

@@ -12,43 +12,24 @@
 #include <vector>
 
 #include "forms/paths.h"
+#include "platform/program_search.h"
 
 extern char** environ;
 
 namespace fw {
 namespace {
 
-// Splits a command line at blanks; a part in double quotes may hold blanks.
-std::vector<std::string> SplitCommand(const std::string& command) {
-  std::vector<std::string> words;
-  std::string word;
-  bool quoted = false, any = false;
-  for (char c : command) {
-    if (c == '"') {
-      quoted = !quoted;
-      any = true;
-    } else if (c == ' ' && !quoted) {
-      if (any) words.push_back(word);
-      word.clear();
-      any = false;
-    } else {
-      word += c;
-      any = true;
-    }
-  }
-  if (any) words.push_back(word);
-  return words;
-}
-
 // Starts the program without waiting; children are reaped by the system.
 bool Spawn(const std::vector<std::string>& words) {
   if (words.empty()) return false;
+  std::string program = FindProgram(words[0]);
+  if (program.empty()) return false;
   std::signal(SIGCHLD, SIG_IGN);
   std::vector<char*> argv;
   for (const std::string& w : words) argv.push_back(const_cast<char*>(w.c_str()));
   argv.push_back(nullptr);
   pid_t pid;
-  return posix_spawnp(&pid, argv[0], nullptr, nullptr, argv.data(), environ) == 0;
+  return posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0;
 }
 
 }  // namespace

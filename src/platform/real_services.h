@@ -9,8 +9,8 @@ class WallClock : public Clock {
   double Now() override;
 };
 
-// Starts programs for real: the command's first word is the program, looked
-// for as a path or on the PATH; the rest are its arguments.
+// Starts programs for real: the command's first word is the program, a path
+// or a name looked for on the PATH (FindProgram); the rest are its arguments.
 class SpawnProcesses : public Processes {
  public:
   bool Start(std::string_view command, int windowStyle) override;

@@ -3,11 +3,12 @@
 #include <vector>
 
 #include "shell/frmgame.h"
+#include "shell/small_forms.h"
 
 namespace fw {
 
 std::span<const FormDef> AllForms() {
-  static const std::vector<FormDef> forms = {FrmGameForm()};
+  static const std::vector<FormDef> forms = {FrmGameForm(), FrmSplashForm(), FrmUpdatesForm()};
   return forms;
 }
 

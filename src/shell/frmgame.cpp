@@ -10,7 +10,10 @@
 #include "play/page_view.h"
 #include "play/saved_game.h"
 #include "play/start_quest.h"
+#include "shell/credits.h"
+#include "shell/game_menus.h"
 #include "shell/game_panels.h"
+#include "shell/picture_menu.h"
 
 namespace fw {
 namespace {
@@ -51,6 +54,29 @@ constexpr HandlerDecl kHandlers[] = {
     {"Picture6", Event::Click, Picture6_Click},
     {"mnuexit", Event::Click, mnuexit_Click},
     {"Image10", Event::Click, Image10_Click},
+    {"Form", Event::QueryUnload, Form_QueryUnload},
+    {"mnuabout", Event::Click, mnuabout_Click},
+    {"Image7", Event::Click, Image7_Click},
+    {"Image8", Event::Click, Image8_Click},
+    {"mnuauto", Event::Click, mnuauto_Click},
+    {"Label15", Event::Click, Label15_Click},
+    {"Label14", Event::Click, Label14_Click},
+    {"mnunew", Event::Click, mnunew_Click},
+    {"mnucredits", Event::Click, mnucredits_Click},
+    {"Image9", Event::Click, Image9_Click},
+    {"Timer4", Event::Timer, Timer4_Timer},
+    {"Picture2", Event::MouseMove, Picture2_MouseMove},
+    {"Image1", Event::MouseMove, Image1_MouseMove},
+    {"Image11", Event::MouseMove, Image11_MouseMove},
+    {"Image2", Event::MouseMove, Image2_MouseMove},
+    {"Image5", Event::MouseMove, Image5_MouseMove},
+    {"Image6", Event::MouseMove, Image6_MouseMove},
+    {"Image7", Event::MouseMove, Image7_MouseMove},
+    {"Image8", Event::MouseMove, Image8_MouseMove},
+    {"Image9", Event::MouseMove, Image9_MouseMove},
+    {"Image10", Event::MouseMove, Image10_MouseMove},
+    {"Label14", Event::MouseMove, Label14_MouseMove},
+    {"Label15", Event::MouseMove, Label15_MouseMove},
 };
 
 }  // namespace

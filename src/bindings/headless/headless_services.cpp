@@ -1,11 +1,8 @@
 #include "bindings/headless/headless_services.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <sstream>
-
 #include "forms/codepage.h"
 #include "forms/paths.h"
+#include "platform/program_search.h"
 
 namespace fw {
 
@@ -33,15 +30,8 @@ std::optional<std::string> QueuedDialogs::FileDialog(const FileDialogRequest& re
 }
 
 bool RecordingProcesses::Start(std::string_view command, int windowStyle) {
-  std::string program = HostPath(command.substr(0, command.find(' ')));
-  std::error_code ec;
-  bool found = std::filesystem::is_regular_file(program, ec);
-  if (!found && program.find('/') == std::string::npos) {
-    const char* path = std::getenv("PATH");
-    std::stringstream dirs(path ? path : "");
-    for (std::string dir; !found && std::getline(dirs, dir, ':');)
-      found = !dir.empty() && std::filesystem::is_regular_file(dir + "/" + program, ec);
-  }
+  std::vector<std::string> words = SplitCommand(HostPath(command));
+  bool found = !words.empty() && !FindProgram(words[0]).empty();
   if (found) {
     started.emplace_back(command);
     windowStyles.push_back(windowStyle);

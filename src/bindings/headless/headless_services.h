@@ -71,7 +71,7 @@ class QueuedDialogs : public Dialogs {
 };
 
 // Starts nothing: records what would have started. A command counts as found
-// when its program exists as a file or on the PATH.
+// when the desktop would find its program (FindProgram).
 class RecordingProcesses : public Processes {
  public:
   bool Start(std::string_view command, int windowStyle) override;

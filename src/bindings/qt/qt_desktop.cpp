@@ -34,16 +34,9 @@ QString Filter(const std::string& filter) {
 class QtDialogs : public Dialogs {
  public:
   int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    QMessageBox box;
-    box.setWindowTitle(QString::fromStdString(Utf8FromCp1252(title)));
-    box.setText(QString::fromStdString(Utf8FromCp1252(prompt)));
-    if (style == 16) box.setIcon(QMessageBox::Critical);
-    if (style == 64) box.setIcon(QMessageBox::Information);
-    if (style == 4) {
-      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-      return box.exec() == QMessageBox::Yes ? 6 : 7;
-    }
-    box.exec();
+    std::unique_ptr<QMessageBox> box = MakeMessageBox(prompt, style, title);
+    int answer = box->exec();
+    if (style == 4) return answer == QMessageBox::Yes ? 6 : 7;
     return 1;
   }
   std::optional<std::string> FileDialog(const FileDialogRequest& r) override {
@@ -56,6 +49,16 @@ class QtDialogs : public Dialogs {
 };
 
 }  // namespace
+
+std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title) {
+  auto box = std::make_unique<QMessageBox>();
+  box->setWindowTitle(QString::fromStdString(Utf8FromCp1252(title)));
+  box->setText(QString::fromStdString(Utf8FromCp1252(prompt)));
+  if (style == 16) box->setIcon(QMessageBox::Critical);
+  if (style == 64) box->setIcon(QMessageBox::Information);
+  if (style == 4) box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+  return box;
+}
 
 bool DisplayAvailable() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})

@@ -1,7 +1,16 @@
 #pragma once
+#include <memory>
+#include <string_view>
+
 #include "forms/program.h"
 
+class QMessageBox;
+
 namespace fw {
+
+// A message box of the program (style 0, 4, 16 or 64) as the desktop draws
+// it, ready to run.
+std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title);
 
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();

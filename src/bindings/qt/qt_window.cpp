@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QRadioButton>
+#include <QScreen>
 #include <QScrollBar>
 
 #include "forms/codepage.h"
@@ -88,15 +89,20 @@ class Area : public QLabel {
   }
 };
 
-// A window that leaves its closing to the program's own unload.
+// A window that leaves its closing to the program's own unload, and tells
+// the program when the desktop resizes it.
 class FormWindow : public QMainWindow {
  public:
-  std::function<void()> onClose;
+  std::function<void()> onClose, onResize;
 
  protected:
   void closeEvent(QCloseEvent* e) override {
     e->ignore();
     if (onClose) onClose();
+  }
+  void resizeEvent(QResizeEvent* e) override {
+    QMainWindow::resizeEvent(e);
+    if (onResize) onResize();
   }
 };
 
@@ -148,11 +154,16 @@ void QtWindows::Build(int form) {
   window->onClose = [this, form] {
     if (!mirroring_) CloseForm(program_, form);
   };
+  window->onResize = [this, form] {
+    FormSurface& s = program_.surface();
+    if (s.IsLoaded(form)) program_.RunEvent([&] { s.RaiseForm(form, Event::Resize); });
+  };
   auto* client = new Area;
   client->fill = BackColor(t.look);
   client->setFixedSize(Px(t.width), Px(t.height));
   window->setCentralWidget(client);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+  if (t.fixedBorder) window->setWindowFlag(Qt::WindowMinimizeButtonHint, false);
   if (t.noBorder) window->setWindowFlag(Qt::FramelessWindowHint, true);
   FormWidgets& fw = forms_[form];
   fw.window = window;
@@ -243,7 +254,9 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       break;
     case Kind::Shape: {
       auto* frame = new QFrame(parent);
-      frame->setStyleSheet(QString("border:%1px solid rgb(255,128,0);background:transparent;").arg(d.look.borderWidth));
+      frame->setStyleSheet(QString("border:%1px solid %2;background:transparent;")
+                               .arg(d.look.borderWidth)
+                               .arg(ColorCss(d.look.foreColor == kDefaultColor ? 0 : d.look.foreColor)));
       w = frame;
       break;
     }
@@ -317,7 +330,8 @@ void QtWindows::FormChanged(int form, Prop) {
 }
 
 void QtWindows::ApplyForm(int form) {
-  FormState& f = program_.surface().Form(form);
+  FormSurface& s = program_.surface();
+  FormState& f = s.Form(form);
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
   window->centralWidget()->setFixedSize(Px(f.width), Px(f.height));
@@ -325,6 +339,11 @@ void QtWindows::ApplyForm(int form) {
     window->centralWidget()->setStyleSheet(
         QString("QWidget#%1{border-image:url(%2);}").arg("client", QString::fromStdString(f.picture.host)));
     window->centralWidget()->setObjectName("client");
+  }
+  if (f.visible && !window->isVisible() && s.Table(form).centred) {
+    // A centred form stands in the middle of the screen it opens on.
+    window->adjustSize();
+    if (QScreen* screen = window->screen()) window->move(screen->availableGeometry().center() - window->rect().center());
   }
   window->setVisible(f.visible);
 }

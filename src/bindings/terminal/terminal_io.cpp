@@ -37,6 +37,12 @@ std::string ExtensionOf(std::string_view defaultExt) {
 
 }  // namespace
 
+std::string TerminalText(std::string_view cp1252) {
+  std::string text = Utf8FromCp1252(cp1252);
+  for (std::size_t at; (at = text.find("\r\n")) != std::string::npos;) text.erase(at, 1);
+  return text;
+}
+
 std::optional<std::string> PlainLines::Next(std::string_view prompt, Asking) {
   out_.Write(prompt);
   out_.Flush();
@@ -88,10 +94,10 @@ int TerminalDialogs::MsgBox(std::string_view prompt, int style, std::string_view
   ++boxesShown_;
   std::string lead;
   if (!title.empty() && title != kAppTitle) {
-    lead = Utf8FromCp1252(title);
+    lead = TerminalText(title);
     lead += std::isalnum(static_cast<unsigned char>(lead.back())) ? ": " : " ";
   }
-  out_.Printf("\n%s%s\n", lead.c_str(), Utf8FromCp1252(prompt).c_str());
+  out_.Printf("\n%s%s\n", lead.c_str(), TerminalText(prompt).c_str());
   if (style != 4) return 1;
   for (;;) {
     auto line = input_.Next("Yes or no (y/n)? ", Asking::Answer);

@@ -59,6 +59,9 @@ class TypedText {
   bool told_ = false;
 };
 
+// The program's text as a terminal shows it: UTF-8, lines ending in "\n".
+std::string TerminalText(std::string_view cp1252);
+
 // Message boxes and file dialogs as prompts on the terminal.
 class TerminalDialogs : public Dialogs {
  public:

@@ -33,6 +33,9 @@ constexpr const char* kHelp =
     "  attack, escape: strike in a battle, or run from it\n"
     "  save, load: save the game, or load a saved one\n"
     "  open: open another quest file\n"
+    "  about: who made the game\n"
+    "  news: what's new in this version\n"
+    "  update: look for a newer version\n"
     "  quit: leave the game\n"
     "  help: this list\n"
     "On the character panel:\n"
@@ -91,6 +94,7 @@ class TerminalGame {
   void ShowCharacter();
   void ShowItems();
   void TellNotices();
+  void ShowWhatsNew();
 
   TerminalOut out_;
   TypedText typed_;
@@ -311,6 +315,21 @@ void TerminalGame::TellNotices() {
     if (noticesTold_.insert(notice).second) out_.Printf("(%s)\n", Utf8FromCp1252(notice).c_str());
 }
 
+// What's New opens as its menu item opens it, is read out, and its OK puts
+// it away again.
+void TerminalGame::ShowWhatsNew() {
+  FormSurface& s = program_->surface();
+  if (!Act(*program_, s.Id("FrmGame", "mnunew"), UserAction::Click).empty()) {
+    out_.Write(kNotHere);
+    return;
+  }
+  int updates = s.FindForm("FrmUpdates");
+  if (updates < 0 || !s.IsLoaded(updates) || !s.Form(updates).visible) return;
+  out_.Printf("\n%s\n%s", TerminalText(s.Form(updates).caption).c_str(),
+              TerminalText(s.At(s.Id("FrmUpdates", "Text1")).caption).c_str());
+  Act(*program_, s.Id("FrmUpdates", "Command1"), UserAction::Click);
+}
+
 void TerminalGame::ShowItems() {
   const Control& list = program_->surface().At(program_->surface().Id("FrmGame", "List1"));
   if (list.list.empty()) out_.Write("You carry no key items.\n");
@@ -353,6 +372,12 @@ void TerminalGame::Command(const std::string& line) {
     ShowScore(true);
   } else if (words == "open" || words == "o") {
     Click("mnuloadquest");
+  } else if (words == "about") {
+    Click("mnuabout");
+  } else if (words == "update") {
+    Click("mnuauto");
+  } else if (words == "news") {
+    ShowWhatsNew();
   } else if (words == "quit" || words == "q") {
     CloseForm(*program_, s.FindForm("FrmGame"));
   } else if (!words.empty() && words.find_first_not_of("0123456789") == std::string::npos) {

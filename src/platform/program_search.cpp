@@ -1,0 +1,54 @@
+#include "platform/program_search.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <sstream>
+
+namespace fw {
+namespace {
+
+bool Runnable(const std::string& path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && ::access(path.c_str(), X_OK) == 0;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitCommand(std::string_view command) {
+  std::vector<std::string> words;
+  std::string word;
+  bool quoted = false, any = false;
+  for (char c : command) {
+    if (c == '"') {
+      quoted = !quoted;
+      any = true;
+    } else if (c == ' ' && !quoted) {
+      if (any) words.push_back(word);
+      word.clear();
+      any = false;
+    } else {
+      word += c;
+      any = true;
+    }
+  }
+  if (any) words.push_back(word);
+  return words;
+}
+
+std::string FindProgram(std::string_view word) {
+  std::string name(word);
+  if (name.empty()) return {};
+  if (name.find('/') != std::string::npos) return Runnable(name) ? name : std::string();
+  const char* path = std::getenv("PATH");
+  std::stringstream dirs(path ? path : "");
+  for (std::string dir; std::getline(dirs, dir, ':');) {
+    if (dir.empty() || dir[0] != '/') continue;
+    std::string candidate = dir + "/" + name;
+    if (Runnable(candidate)) return candidate;
+  }
+  return {};
+}
+
+}  // namespace fw

@@ -1,0 +1,146 @@
+// The game window's shell through the real window: hover captions and the
+// exit question by Qt Test's mouse events, and a picture of each of the
+// shell's screens under build/screenshots/ for a person to look at.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QResizeEvent>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <fstream>
+
+#include "bindings/qt/qt_desktop.h"
+#include "bindings/qt/qt_window.h"
+#include "shell/forms.h"
+#include "shell/game_menus.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+QString Shots() {
+  QString dir = QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots";
+  QDir().mkpath(dir);
+  return dir;
+}
+
+// A window with the program behind it, started as a process starts.
+struct Desktop {
+  testing::TestProgram t{AllForms()};
+  QtWindows windows{t.program};
+  Desktop() { t.surface().SetObserver(&windows); }
+  QWidget* Widget(const char* name) { return windows.WidgetOf(t.surface().Id("FrmGame", name)); }
+  QMainWindow* Window(const char* form) { return windows.WindowOf(t.surface().FindForm(form)); }
+  void Pass(double seconds) {
+    t.platform.clock.Set(t.now() + seconds);
+    t.program.RunDue();
+  }
+  // A point of the game window's client area, given in twips.
+  QPoint At(float left, float top) { return {QtWindows::Px(left), QtWindows::Px(top)}; }
+};
+
+TEST(QtShell, HoverCaptionsFollowTheMouseAndClearOverTheBarePicture) {
+  Desktop d;
+  d.t.program.Start();
+  QMainWindow* game = d.Window("FrmGame");
+  ASSERT_NE(game, nullptr);
+  ASSERT_TRUE(game->isVisible());
+  auto* caption = qobject_cast<QLabel*>(d.Widget("Label2"));
+  ASSERT_NE(caption, nullptr);
+  QWidget* menu = d.Widget("Picture2");
+
+  QWidget* quill = d.Widget("Image8");
+  QTest::mouseMove(quill, quill->rect().center());
+  EXPECT_EQ(caption->text(), "Create A Quest");
+  game->grab().save(Shots() + "/picture-menu.png");
+  // Between the zones, on the picture itself.
+  QTest::mouseMove(menu, d.At(1500, 3500));
+  EXPECT_EQ(caption->text(), "");
+  QWidget* quit = d.Widget("Image10");
+  QTest::mouseMove(quit, quit->rect().center());
+  EXPECT_EQ(caption->text(), "Quit");
+}
+
+TEST(QtShell, TheExitQuestionKeepsTheGameOnNoAndEndsItOnYes) {
+  Desktop d;
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/q.fbw") << "[1]\r\nPage Text=Start here.\r\nOption One=Go\r\n";
+  d.t.program.Start();
+  d.t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
+  QTest::mouseClick(d.Widget("Image1"), Qt::LeftButton);
+  d.Pass(0.05);
+  QTest::mouseClick(d.Widget("Image4"), Qt::LeftButton);
+  ASSERT_TRUE(d.Widget("Picture2")->isVisible());
+
+  d.t.platform.dialogs.QueueAnswer(7);
+  QTest::mouseClick(d.Widget("Image10"), Qt::LeftButton);
+  ASSERT_EQ(d.t.platform.dialogs.unchecked().size(), 1u);
+  EXPECT_EQ(d.t.platform.dialogs.unchecked().front().prompt,
+            "Are you sure? This will end the current game without saving!");
+  EXPECT_FALSE(d.t.program.Over());
+  ASSERT_NE(d.Window("FrmGame"), nullptr);
+  EXPECT_TRUE(d.Window("FrmGame")->isVisible());
+
+  d.t.platform.dialogs.QueueAnswer(6);
+  d.Window("FrmGame")->close();
+  EXPECT_EQ(d.t.platform.dialogs.unchecked().size(), 2u);
+  EXPECT_TRUE(d.t.program.Over());
+}
+
+// A resize from the desktop reaches Form_Resize, which keeps the last line of
+// the transcript in view.
+TEST(QtShell, AResizeScrollsTheTranscriptToItsEnd) {
+  Desktop d;
+  d.t.program.Start();
+  FormSurface& s = d.t.surface();
+  ControlId transcript = s.Id("FrmGame", "Text1");
+  s.SetSelStart(transcript, 0);
+  QMainWindow* game = d.Window("FrmGame");
+  QResizeEvent resize(game->size(), game->size());
+  QApplication::sendEvent(game, &resize);
+  EXPECT_EQ(s.At(transcript).selStart, static_cast<int>(s.At(transcript).caption.size()));
+}
+
+TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
+  Desktop d;
+  // The splash can only be seen during its own pause.
+  bool splashSeen = false;
+  d.t.program.Post(d.t.now() + 1, [&](Program&) {
+    QMainWindow* splash = d.Window("FrmSplash");
+    splashSeen = splash && splash->isVisible();
+    if (splash) splash->grab().save(Shots() + "/splash.png");
+  });
+  d.t.program.Start();
+  EXPECT_TRUE(splashSeen);
+  EXPECT_FALSE(d.Window("FrmSplash")->isVisible());
+
+  QTest::mouseClick(d.Widget("Image9"), Qt::LeftButton);
+  for (int tick = 0; tick < 160; ++tick) d.Pass(0.025);
+  ASSERT_TRUE(d.Widget("credits")->isVisible());
+  EXPECT_EQ(d.Widget("Image3")->y(), QtWindows::Px(6120 - 25 * 160));
+  d.Window("FrmGame")->grab().save(Shots() + "/credits.png");
+
+  d.t.program.RunEvent([&] { d.t.surface().Raise(d.t.surface().Id("FrmGame", "mnunew"), Event::Click); });
+  QMainWindow* updates = d.Window("FrmUpdates");
+  ASSERT_NE(updates, nullptr);
+  ASSERT_TRUE(updates->isVisible());
+  EXPECT_EQ(updates->windowTitle(), "What's New! in 5.9");
+  auto* text = updates->findChild<QPlainTextEdit*>("Text1");
+  ASSERT_NE(text, nullptr);
+  EXPECT_TRUE(text->toPlainText().startsWith("Version 5.9\n4-27-04\n"));
+  updates->grab().save(Shots() + "/whats-new.png");
+
+  std::unique_ptr<QMessageBox> about = MakeMessageBox(AboutText(), 64, "About:");
+  about->show();
+  QTest::qWait(20);
+  about->grab().save(Shots() + "/about.png");
+  EXPECT_TRUE(about->text().endsWith("E-Mail: authors@fablewright.example"));
+}
+
+}  // namespace
+}  // namespace fw
