@@ -1,5 +1,6 @@
 #include "bindings/terminal/terminal_player.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -133,8 +134,10 @@ std::optional<int> TerminalGame::Idle() {
   program_->RunEvent([&] { program_->RunDue(); });
   double next = program_->NextDue();
   if (!std::isfinite(next)) return std::nullopt;
+  // At most a second at a time: a media length read from a file can be
+  // absurd, and past midnight the clock starts again from 0.
   double wait = next - program_->Timer();
-  return std::max(0, static_cast<int>(std::ceil(wait * 1000)));
+  return static_cast<int>(std::clamp(std::ceil(wait * 1000), 0.0, 1000.0));
 }
 
 void TerminalGame::Settle() {
