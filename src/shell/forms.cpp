@@ -2,12 +2,14 @@
 
 #include <vector>
 
+#include "editor/createquest.h"
+#include "packager/frmcompile.h"
 #include "shell/frmgame.h"
 
 namespace fw {
 
 std::span<const FormDef> AllForms() {
-  static const std::vector<FormDef> forms = {FrmGameForm()};
+  static const std::vector<FormDef> forms = {FrmGameForm(), CreateQuestForm(), FrmCompileForm()};
   return forms;
 }
 

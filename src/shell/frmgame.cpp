@@ -1,5 +1,6 @@
 #include "shell/frmgame.h"
 
+#include "editor/createquest.h"
 #include "media/midi_api.h"
 #include "media/page_media.h"
 #include "play/battle.h"
@@ -18,6 +19,8 @@ namespace {
 // The window's handlers live in fw::frmgame, since every form has its own
 // Form_Load and its own Timer1.
 using namespace frmgame;
+
+void mnucreatequest_Click(Program& p) { OpenEditor(p); }
 
 constexpr HandlerDecl kHandlers[] = {
     {"Form", Event::Load, Form_Load},
@@ -51,6 +54,7 @@ constexpr HandlerDecl kHandlers[] = {
     {"Picture6", Event::Click, Picture6_Click},
     {"mnuexit", Event::Click, mnuexit_Click},
     {"Image10", Event::Click, Image10_Click},
+    {"mnucreatequest", Event::Click, mnucreatequest_Click},
 };
 
 }  // namespace
