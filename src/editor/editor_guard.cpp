@@ -39,13 +39,21 @@ bool HoldLock(Program& p) {
   return TryLockUserFile(p, kEditorLock, m.lock) != EWOULDBLOCK;
 }
 
+// A cleared check box, as a mere visit to a page writes it.
+bool IsClearedCheck(const ProfileEntry& entry) {
+  if (entry.value != "0") return false;
+  for (const Binding& b : kBindings)
+    if (b.check && entry.key == b.key) return true;
+  return false;
+}
+
 // Whether a working file's text holds more than a fresh one: a value
 // anywhere, or pages counted beyond the first.
 bool HoldsWork(const std::string& text) {
   for (const ProfileEntry& entry : ProfileEntries(text)) {
     if (entry.section == kQuestData && entry.key == kNumberOfPages) {
       if (entry.value != "" && entry.value != "0" && entry.value != "1") return true;
-    } else if (!entry.value.empty()) {
+    } else if (!entry.value.empty() && !IsClearedCheck(entry)) {
       return true;
     }
   }
