@@ -23,7 +23,7 @@ constexpr Look Box(bool lines, bool scroll) {
 constexpr Look kLines = Box(true, false);
 constexpr Look kScroll = Box(false, true);
 constexpr Look kLabel{.foreColor = kWhite, .transparent = true, .font = kLabelFont};
-constexpr Look kCheck{.foreColor = kWhite, .backColor = kBlack};
+constexpr Look kCheck{.foreColor = kWhite, .backColor = kBlack, .font = {"MS Sans Serif", 8.25f, false}};
 
 constexpr const char* kFirstPage[] = {"1"};
 

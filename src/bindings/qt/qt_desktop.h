@@ -1,4 +1,6 @@
 #pragma once
+#include <functional>
+
 #include "forms/program.h"
 
 namespace fw {
@@ -7,7 +9,9 @@ namespace fw {
 bool DisplayAvailable();
 
 // Runs the program, made by make, in its windows until it ends. Gives the
-// exit code.
-int RunDesktop(const ProgramMaker& make, int argc, char** argv);
+// exit code. `opening`, when given, runs as one event right after the start:
+// a command line's own first step, such as opening the editor.
+int RunDesktop(const ProgramMaker& make, int argc, char** argv,
+               const std::function<void(Program&)>& opening = {});
 
 }  // namespace fw
