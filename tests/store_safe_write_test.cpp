@@ -237,6 +237,14 @@ TEST_F(SafeWrites, ACopyIsWholeOrTheOldFileStays) {
   EXPECT_EQ(disk->files[kQuest].bytes, old);
   EXPECT_FALSE(store.CopyFile("/q/missing.ini", kQuest));
   EXPECT_FALSE(store.CopyFile("/q/work.ini", "/nofolder/quest.fbw"));
+  // A read-only folder: no new quest, and one written in place is whole or
+  // its old bytes come back.
+  disk->createError = EACCES;
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", "/q/new.fbw"));
+  EXPECT_FALSE(disk->files.count("/q/new.fbw"));
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", kQuest));
+  EXPECT_EQ(disk->files[kQuest].bytes, old);
+  disk->createError = 0;
   disk->room = FakeDisk::kUnlimited;
   EXPECT_TRUE(store.CopyFile("/q/work.ini", kQuest));
   EXPECT_EQ(disk->files[kQuest].bytes, std::string(4000, 'w'));
