@@ -96,7 +96,7 @@ constexpr ControlDecl kControls[] = {
     {.name = "Command1", .kind = Kind::CommandButton, .left = 120, .top = 600, .width = 855, .height = 375,
      .caption = "Add Page"},
     {.name = "Command2", .kind = Kind::CommandButton, .left = 120, .top = 960, .width = 855, .height = 375,
-     .caption = "Delete"},
+     .caption = "Delete", .toolTip = "Click to delete the selected page"},
 
     // The page.
     {.name = "Text1", .kind = Kind::TextBox, .left = 120, .top = 1560, .width = 5055, .height = 975,

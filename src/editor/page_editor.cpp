@@ -19,7 +19,8 @@ constexpr const char* kForm = "createquest";
 // The section a field's key lies in.
 std::string SectionOf(Program& p, const Binding& b) {
   if (b.story) return kStorySection;
-  return ListBox(p.surface(), kForm, "pg").List(ListBox(p.surface(), kForm, "pg").ListIndex());
+  ListBox pg(p.surface(), kForm, "pg");
+  return pg.List(pg.ListIndex());
 }
 
 // The page keys as pg_Click reads them: the text boxes first, in this order.

@@ -271,6 +271,7 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
+  if (*d.toolTip) w->setToolTip(Q(d.toolTip));
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
