@@ -72,6 +72,64 @@ TEST(EditorBackups, EachSaveKeepsTheQuestItReplacesTheEleventhDropsTheOldest) {
   for (const auto& entry : fs::directory_iterator(dir.path)) EXPECT_FALSE(entry.path().filename().string().starts_with(".tale"));
 }
 
+// The road the editor exists for: pages written, the program gone before a
+// save, the work offered back, saved, saved again, opened afresh with every
+// field as it was, and the older version among the backups.
+TEST(EditorRoad, WorkWrittenSurvivesAnEndBeforeSavingAndEverySave) {
+  testing::TempDir dir;
+  fs::path quest = dir.path / "road.fbw";
+  {
+    Editor e(dir.str());
+    e.Open();
+    e.Type("Text10", "The Road");
+    e.Type("Text1", "A fork.");
+    e.Type("Text2", "Left");
+    e.Type("Text6", "2");
+    e.Type("Text17", "5");
+    e.Type("Text21", "Map");
+    ASSERT_EQ(Act(e.p, e.Id("Check1"), UserAction::Check, {}, 1), "");
+    ASSERT_EQ(Act(e.p, e.Id("Command1"), UserAction::Click), "");
+    ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 1), "");
+    e.Type("Text1", "The left road.");
+    ASSERT_EQ(Act(e.p, e.Id("Check5"), UserAction::Check, {}, 1), "");
+  }  // the program ends with nothing saved
+  Editor e(dir.str());
+  e.platform.dialogs.QueueAnswer(6);
+  e.Open();
+  ASSERT_EQ(e.platform.dialogs.unchecked().size(), 1u);
+  e.platform.dialogs.unchecked().clear();
+  e.Save(quest);
+  e.Type("Text1", "A fork in the road.");
+  e.Save(quest);
+
+  e.platform.dialogs.QueueAnswer(6);
+  ASSERT_EQ(Act(e.p, e.Id("mnunew"), UserAction::Click), "");
+  e.platform.dialogs.QueueFile("createquest.questfile", quest.string());
+  ASSERT_EQ(Act(e.p, e.Id("mnuloadquest"), UserAction::Click), "");
+  ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 0), "");
+  FormSurface& s = e.p.surface();
+  auto text = [&](const char* name) { return s.At(e.Id(name)).caption; };
+  auto check = [&](const char* name) { return s.At(e.Id(name)).checkValue; };
+  EXPECT_EQ(ListBox(s, "createquest", "pg").ListCount(), 2);
+  EXPECT_EQ(text("Text10"), "The Road");
+  EXPECT_EQ(text("Text1"), "A fork in the road.");
+  EXPECT_EQ(text("Text2"), "Left");
+  EXPECT_EQ(text("Text6"), "2");
+  EXPECT_EQ(text("Text17"), "5");
+  EXPECT_EQ(text("Text21"), "Map");
+  EXPECT_EQ(check("Check1"), 1);
+  ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 1), "");
+  EXPECT_EQ(text("Text1"), "The left road.");
+  EXPECT_EQ(check("Check5"), 1);
+  EXPECT_EQ(check("Check1"), 0);
+
+  int older = 0;
+  for (const auto& entry : fs::directory_iterator(dir.path / kBackupsFolder))
+    older += entry.path().filename().string().starts_with("road ") &&
+             ReadINI(e.p, entry.path().string(), "1", "Page Text") == "A fork.";
+  EXPECT_EQ(older, 1);
+}
+
 TEST(EditorLock, ASecondEditorOnTheMachineSaysSoAndWipesNothing) {
   testing::TempDir dir;
   auto first = std::make_unique<Editor>(dir.str());
