@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <filesystem>
+#include <fstream>
 
 #include "bindings/qt/qt_window.h"
 #include "forms/controls.h"
@@ -81,6 +82,49 @@ TEST(QtEditor, APageTypedInTheWindowIsInTheWorkingFile) {
   std::filesystem::create_directories(std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
   window->grab().save(QString::fromStdString(std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/editor.png"));
   EXPECT_EQ(text->toPlainText(), "The gate is shut.");
+}
+
+// The page list widget keeps up with every way the list changes: Load
+// growing and trimming it, Add Page, an entry taken out anywhere, New.
+TEST(QtEditor, ThePageListWidgetFollowsTheList) {
+  testing::TestProgram t{AllForms()};
+  QtWindows windows(t.program);
+  t.surface().SetObserver(&windows);
+  t.program.Start();
+  FormSurface& s = t.surface();
+  std::ofstream(t.dir.str() + "/five.fbw") << "[Quest Data]\r\nNumber Of Pages=5\r\n";
+  std::ofstream(t.dir.str() + "/two.fbw") << "[Quest Data]\r\nNumber Of Pages=2\r\n";
+  ASSERT_EQ(Act(t.program, s.Id("FrmGame", "mnucreatequest"), UserAction::Click), "");
+  auto* widget = qobject_cast<QListWidget*>(windows.WidgetOf(s.Id("createquest", "pg")));
+  ListBox pg(s, "createquest", "pg");
+  auto rows = [&] {
+    std::string all;
+    for (int i = 0; i < widget->count(); ++i) all += widget->item(i)->text().toStdString() + ",";
+    std::string want;
+    for (int i = 0; i < pg.ListCount(); ++i) want += pg.List(i) + ",";
+    EXPECT_EQ(all, want);
+    return all;
+  };
+  auto load = [&](const char* name) {
+    t.platform.dialogs.QueueFile("createquest.questfile", t.dir.str() + "/" + name);
+    ASSERT_EQ(Act(t.program, s.Id("createquest", "mnuloadquest"), UserAction::Click), "");
+  };
+  load("five.fbw");
+  EXPECT_EQ(rows(), "1,2,3,4,5,");
+  load("two.fbw");
+  EXPECT_EQ(rows(), "1,2,");
+  QTest::keyClicks(windows.WidgetOf(s.Id("createquest", "Text13")), "1");
+  QTest::mouseClick(windows.WidgetOf(s.Id("createquest", "Command1")), Qt::LeftButton);
+  QTest::keyClicks(windows.WidgetOf(s.Id("createquest", "Text13")), "1");
+  QTest::mouseClick(windows.WidgetOf(s.Id("createquest", "Command1")), Qt::LeftButton);
+  EXPECT_EQ(rows(), "1,2,1,1,");
+  t.program.RunEvent([&] { pg.RemoveItem(0); });
+  EXPECT_EQ(rows(), "2,1,1,");
+  t.program.RunEvent([&] { pg.RemoveItem(1); });
+  EXPECT_EQ(rows(), "2,1,");
+  t.platform.dialogs.QueueAnswer(6);
+  ASSERT_EQ(Act(t.program, s.Id("createquest", "mnunew"), UserAction::Click), "");
+  EXPECT_EQ(rows(), "");
 }
 
 }  // namespace

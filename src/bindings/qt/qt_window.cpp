@@ -108,6 +108,26 @@ QString ArtWords(const char* art) {
   return name;
 }
 
+// Brings a list widget to the surface's entries. The window hears of every
+// change, and a list changes only by one entry appended, one taken out, or
+// all cleared, so the widget is one step behind at most: a long page list
+// is never rebuilt whole for one entry.
+void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
+  int n = static_cast<int>(entries.size());
+  if (list->count() < n) {
+    for (int i = list->count(); i < n; ++i) list->addItem(Q(entries[i]));
+  } else if (list->count() == n + 1 && n > 0) {
+    // The entry taken out: the first from the end whose followers all moved
+    // up one place. Of equal neighbours either gives the same list.
+    int gone = n;
+    while (gone > 0 && list->item(gone)->text() == Q(entries[gone - 1])) --gone;
+    delete list->takeItem(gone);
+  } else if (list->count() != n) {
+    list->clear();
+    for (const std::string& entry : entries) list->addItem(Q(entry));
+  }
+}
+
 }  // namespace
 
 QtWindows::QtWindows(Program& program) : program_(program) {}
@@ -410,12 +430,7 @@ void QtWindows::Apply(ControlId id, Caret caret) {
     option->setText(Q(c.caption));
     option->setChecked(c.optionValue);
   } else if (auto* list = qobject_cast<QListWidget*>(w)) {
-    bool same = list->count() == static_cast<int>(c.list.size());
-    for (int i = 0; same && i < list->count(); ++i) same = list->item(i)->text() == Q(c.list[i]);
-    if (!same) {
-      list->clear();
-      for (const std::string& item : c.list) list->addItem(Q(item));
-    }
+    MirrorEntries(list, c.list);
     list->setCurrentRow(c.listIndex);
   } else if (auto* bar = qobject_cast<QProgressBar*>(w)) {
     bar->setRange(0, 1000);
