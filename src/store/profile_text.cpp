@@ -202,10 +202,8 @@ std::string RemoveProfileSection(std::string_view text, std::string_view section
   for (std::size_t pos = 0; pos < text.size();) {
     Line line = LineAt(text, pos);
     std::size_t bracket = HeaderBracket(text, line);
-    if (bracket != std::string_view::npos) {
-      std::string_view head = text.substr(0, line.end);
-      dropping = HeaderNames(head, bracket + 1, section);
-    }
+    // A name may run past its line, as a read matches it.
+    if (bracket != std::string_view::npos) dropping = HeaderNames(text, bracket + 1, section);
     if (!dropping) out.append(text.substr(line.begin, line.next - line.begin));
     pos = line.next;
   }
