@@ -18,29 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A quest of n pages in a temporary folder, made once per size.
-const std::string& QuestFile(int pages) {
-  static std::map<int, std::string> made;
-  auto it = made.find(pages);
-  if (it != made.end()) return it->second;
-  fs::path dir = fw::bench::ScratchFolder("quest");
-  std::string path = (dir / ("quest" + std::to_string(pages) + ".fbw")).string();
-  std::ofstream out(path, std::ios::binary);
-  out << "[Story Info]\r\nTitle=Bench\r\nAuthor=Bench\r\nVersion=1\r\n\r\n[Quest Data]\r\nNumber Of Pages="
-      << pages << "\r\n\r\n";
-  const char* names[] = {"One", "Two", "Three", "Four"};
-  for (int p = 1; p <= pages; ++p) {
-    out << "[" << p << "]\r\nLocation=Room " << p << "\r\nPage Text=You stand in room " << p
-        << ". Passages lead off in several directions, and the air smells of dust and old candles.\r\n";
-    for (int o = 0; o < 4; ++o) {
-      out << "Option " << names[o] << "=Take passage " << o + 1 << "\r\nOption " << names[o] << " Score=+"
-          << o << "\r\nOption " << names[o] << " Destination Page=" << (p % pages) + 1 << "\r\nKey Item"
-          << o + 1 << "=\r\nAdd" << o + 1 << "=0\r\nRequired" << o + 1 << "=0\r\n";
-    }
-    out << "Image=room.jpg\r\nMusic=room.mid\r\nMp3=\r\nMovie=\r\nAutoRepeat=0\r\nHealChar=0\r\nBattle=0\r\n\r\n";
-  }
-  return made[pages] = path;
-}
+using fw::bench::QuestFile;
 
 void BM_ReadFile(benchmark::State& state) {
   const std::string& path = QuestFile(static_cast<int>(state.range(0)));

@@ -41,5 +41,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (Plain(section, "\r\n]") && Plain(key, "\r\n=") && key[0] != ';' && key[0] != '[' && plainValue &&
       fw::FindProfileValue(written, section, key) != value)
     std::abort();
+  // A section taken out is gone for every read; entries of any text read as reads do.
+  std::string removed = fw::RemoveProfileSection(written, section);
+  if (!section.empty() && !fw::FindProfileValue(removed, section, key).empty()) std::abort();
+  for (const fw::ProfileEntry& entry : fw::ProfileEntries(text))
+    if (entry.value.size() > fw::kMaxValueLength) std::abort();
   return 0;
 }

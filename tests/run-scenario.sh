@@ -13,4 +13,5 @@ trap 'rm -rf "$WORK"' EXIT
 [ -d "$FIXTURES" ] && cp -r "$FIXTURES"/. "$WORK"/
 mkdir -p "$WORK/home"
 sub=$(sed -n 's/^# app-dir: *//p' "$script" | head -n 1)
-exec "$bin" script "$script" --app-dir "$WORK/$sub" --home "$WORK/home"
+home=$(sed -n 's/^# home: *//p' "$script" | head -n 1)
+exec "$bin" script "$script" --app-dir "$WORK/$sub" --home "$WORK/${home:-home}"

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <map>
+#include <set>
 
 #include "store/profile.h"
 #include "store/store_disk.h"
@@ -22,17 +23,17 @@ class FakeDisk : public StoreDisk {
   };
   std::map<std::string, File> files;
   std::map<std::string, std::vector<std::string>> history;
-  std::string folder = "/q";
+  std::set<std::string> folders{"/q"};
   int createError = 0, renameError = 0, fullError = ENOSPC;
   static constexpr std::size_t kUnlimited = static_cast<std::size_t>(-1);
   std::size_t room = kUnlimited;
 
   int Locate(const std::string& path, std::string& real) override {
     real = path;
-    return FolderOf(path) == folder ? 0 : ENOENT;
+    return folders.count(FolderOf(path)) ? 0 : ENOENT;
   }
   std::unique_ptr<Lock> LockFolder(const std::string& f) override {
-    return f == folder ? std::make_unique<Lock>() : nullptr;
+    return folders.count(f) ? std::make_unique<Lock>() : nullptr;
   }
   int Read(const std::string& path, std::string& bytes, FileMeta* meta) override {
     auto it = files.find(path);
@@ -90,6 +91,15 @@ class FakeDisk : public StoreDisk {
     return 0;
   }
   void SyncFolder(const std::string&) override {}
+  int MakeFolder(const std::string& path) override {
+    if (createError) return createError;
+    folders.insert(path);
+    return 0;
+  }
+  int TryLockFile(const std::string&, std::unique_ptr<Lock>& lock) override {
+    lock = std::make_unique<Lock>();
+    return 0;
+  }
 
  private:
   void Free(std::size_t bytes) { room += std::min(bytes, kUnlimited - room); }
@@ -195,6 +205,78 @@ TEST_F(SafeWrites, TheCodeZeroEndsANameOrAValue) {
                                        {std::string_view("\0", 1), "k", "lost"}};
   EXPECT_TRUE(store.WriteINIKeys(kQuest, entries));
   EXPECT_EQ(disk->files[kQuest].bytes, "[1]\r\nPage Text=a\r\nLocation=Gate\r\n[2]\r\nk=v\r\n");
+}
+
+// Taking a page out: every section of its name, headers to the next header,
+// with the rest of the file as it was, under the same safety as a write.
+TEST_F(SafeWrites, ASectionIsTakenOutWholeOrNotAtAll) {
+  disk->files[kQuest].bytes = "[Quest Data]\r\nNumber Of Pages=3\r\n[2]\r\nPage Text=b\r\n; note\r\n\r\n"
+                              "[3]\r\nPage Text=c\r\n [ 2 ] \r\nLocation=again\r\n";
+  std::string before = disk->files[kQuest].bytes;
+  disk->room = 0;
+  disk->files[kQuest].meta.mode = 0644;
+  disk->createError = ENOSPC;
+  EXPECT_FALSE(store.DeleteSection(kQuest, "2"));
+  EXPECT_EQ(disk->files[kQuest].bytes, before);
+  disk->createError = 0;
+  disk->room = FakeDisk::kUnlimited;
+  EXPECT_TRUE(store.DeleteSection(kQuest, "2"));
+  EXPECT_EQ(disk->files[kQuest].bytes, "[Quest Data]\r\nNumber Of Pages=3\r\n[3]\r\nPage Text=c\r\n");
+  // A page that is not there, or a file that is not, costs no write.
+  disk->history.clear();
+  EXPECT_TRUE(store.DeleteSection(kQuest, "9"));
+  EXPECT_TRUE(store.DeleteSection("/q/none.fbw", "1"));
+  EXPECT_TRUE(disk->history.empty());
+  EXPECT_EQ(Paths(), std::vector<std::string>{kQuest});
+}
+
+TEST_F(SafeWrites, ACopyIsWholeOrTheOldFileStays) {
+  disk->files["/q/work.ini"].bytes = std::string(4000, 'w');
+  disk->room = 1000;
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", kQuest));
+  EXPECT_EQ(disk->files[kQuest].bytes, old);
+  EXPECT_FALSE(store.CopyFile("/q/missing.ini", kQuest));
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", "/nofolder/quest.fbw"));
+  // A read-only folder: no new quest, and one written in place is whole or
+  // its old bytes come back.
+  disk->createError = EACCES;
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", "/q/new.fbw"));
+  EXPECT_FALSE(disk->files.count("/q/new.fbw"));
+  EXPECT_FALSE(store.CopyFile("/q/work.ini", kQuest));
+  EXPECT_EQ(disk->files[kQuest].bytes, old);
+  disk->createError = 0;
+  disk->room = FakeDisk::kUnlimited;
+  EXPECT_TRUE(store.CopyFile("/q/work.ini", kQuest));
+  EXPECT_EQ(disk->files[kQuest].bytes, std::string(4000, 'w'));
+}
+
+// The backups of one quest: named by quest and stamp, a second in the same
+// second numbered, the oldest going past the number kept, other quests' and
+// other files left alone.
+TEST_F(SafeWrites, BackupsKeepTheNewestOfEachQuest) {
+  disk->files["/b/other 2020-01-01 00.00.00.fbw"].bytes = "x";
+  disk->folders.insert("/b");
+  disk->files["/b/quest notes.txt"].bytes = "x";
+  for (int i = 0; i < 5; ++i) {
+    disk->files[kQuest].bytes = "v" + std::to_string(i);
+    ASSERT_TRUE(store.KeepBackup(kQuest, "/b", i < 3 ? "2026-11-23 10.00.0" + std::to_string(i) : "2026-11-23 11.00.00", 3));
+  }
+  std::vector<std::string> backups;
+  for (const std::string& path : Paths())
+    if (path.starts_with("/b/quest 2026")) backups.push_back(path + "=" + disk->files[path].bytes);
+  EXPECT_EQ(backups, (std::vector<std::string>{"/b/quest 2026-11-23 10.00.02.fbw=v2", "/b/quest 2026-11-23 11.00.00 (2).fbw=v4",
+                                               "/b/quest 2026-11-23 11.00.00.fbw=v3"}));
+  EXPECT_TRUE(disk->files.count("/b/other 2020-01-01 00.00.00.fbw"));
+  EXPECT_TRUE(disk->files.count("/b/quest notes.txt"));
+  EXPECT_TRUE(store.KeepBackup("/q/never.fbw", "/c", "2026-11-23 10.00.00", 3));
+  EXPECT_FALSE(disk->folders.count("/c"));
+}
+
+TEST(ProfileText, EntriesListEveryKeyAsAReadGivesIt) {
+  auto entries = ProfileEntries("loose=1\r\n[Quest Data]\r\nNumber Of Pages = 2 \r\n;x=1\r\n[ 1 ]\nPage Text=\"hi\"\n");
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(entries[0].section + "|" + entries[0].key + "|" + entries[0].value, "Quest Data|Number Of Pages|2");
+  EXPECT_EQ(entries[1].section + "|" + entries[1].key + "|" + entries[1].value, "1|Page Text|hi");
 }
 
 }  // namespace

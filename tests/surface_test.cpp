@@ -121,6 +121,26 @@ TEST_F(SurfaceTest, CheckBoxAndListRaiseClickAsThePlatformDoes) {
   EXPECT_EQ(list.ListIndex(), -1);
 }
 
+// A check box refuses a value it cannot show; a list entry taken out moves
+// the selection behind it up, and the selected one leaves nothing selected.
+TEST_F(SurfaceTest, CheckBoxRefusesStrangeValuesAndRemovedEntriesShiftTheSelection) {
+  CheckBox check(s, "FrmTest", "Check1");
+  check.SetValue(2);
+  EXPECT_THROW(check.SetValue(3), Failure);
+  EXPECT_THROW(check.SetValue(-1), Failure);
+  EXPECT_EQ(check.Value(), 2);
+  ListBox list(s, "FrmTest", "List1");
+  for (const char* item : {"a", "b", "c"}) list.AddItem(item);
+  list.SetSelected(2, true);
+  list.RemoveItem(0);
+  EXPECT_EQ(list.ListIndex(), 1);
+  EXPECT_EQ(list.List(1), "c");
+  list.RemoveItem(1);
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_THROW(list.RemoveItem(1), Failure);
+  EXPECT_EQ(list.ListCount(), 1);
+}
+
 TEST_F(SurfaceTest, OptionButtonsOfAFormExcludeEachOther) {
   OptionButton a(s, "FrmTest", "Opt1"), b(s, "FrmTest", "Opt2");
   a.SetValue(true);

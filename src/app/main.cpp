@@ -9,6 +9,8 @@
 #include "bindings/headless/script_runner.h"
 #include "bindings/qt/qt_desktop.h"
 #include "bindings/terminal/terminal_player.h"
+#include "editor/createquest.h"
+#include "forms/codepage.h"
 #include "forms/paths.h"
 #include "store/ini_command.h"
 
@@ -21,6 +23,8 @@ constexpr const char* kUsage =
     "      --seed N fixes the dice, so that a fight can be played again as it went.\n"
     "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
+    "  fablewright edit [QUEST.fbw] [--app-dir DIR] [--home DIR]\n"
+    "      Opens the quest editor (on a desktop), on a fresh quest or on the quest given.\n"
     "  fablewright script FILE [--app-dir DIR] [--home DIR] [--transcript]\n"
     "      Runs a test script against the program, headless, on a virtual clock.\n"
     "  fablewright ini get FILE SECTION KEY [--scrambled] [--home DIR]\n"
@@ -123,6 +127,38 @@ int Play(const std::vector<std::string>& args) {
   return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
 }
 
+// The editor's window straight away, over the game window, on the quest
+// given as Load would open it.
+int Edit(const std::vector<std::string>& args, int argc, char** argv) {
+  fw::Launch launch = DefaultLaunch();
+  std::string quest;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (Folders(args, i, launch)) continue;
+    if (quest.empty() && !args[i].starts_with("--")) {
+      quest = args[i];
+    } else {
+      std::cerr << "fablewright: unknown argument for edit: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  if (!quest.empty() && !std::filesystem::is_regular_file(quest)) {
+    std::cerr << "fablewright: no quest file " << quest << "\n";
+    return 1;
+  }
+  if (!fw::DisplayAvailable()) {
+    std::cerr << "fablewright: the editor needs a display; a script reaches it with "
+                 "\"click FrmGame.mnucreatequest\"\n";
+    return 1;
+  }
+  if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
+  launch.home = UserDir(launch.home);
+  fw::Assembly assembly(launch);
+  return fw::RunDesktop(assembly.Maker(), argc, argv, [&quest](fw::Program& p) {
+    if (quest.empty()) fw::OpenEditor(p);
+    else fw::OpenEditorOn(p, quest);
+  });
+}
+
 // The program's own job: its windows on a desktop, the terminal player
 // where there is no display.
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
@@ -161,6 +197,7 @@ int main(int argc, char** argv) {
   }
   if (command == "script") return Script(rest);
   if (command == "play") return Play(rest);
+  if (command == "edit") return Edit(rest, argc, argv);
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
   std::cerr << "fablewright: unknown argument: " << command << "\n";
   return 2;

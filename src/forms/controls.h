@@ -81,6 +81,7 @@ class ListBox : public ControlHandle {
   int ListIndex() const { return c().listIndex; }
   void SetSelected(int i, bool v) const { s_->SetSelected(id_, i, v); }
   void AddItem(std::string_view item) const { s_->AddItem(id_, item); }
+  void RemoveItem(int i) const { s_->RemoveItem(id_, i); }
   void Clear() const { s_->ClearList(id_); }
 };
 

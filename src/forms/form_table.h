@@ -75,6 +75,9 @@ struct ControlDecl {
   int interval = 0;               // a timer's interval in ms
   const char* filter = "";        // a file dialog's filter
   const char* defaultExt = "";    // a file dialog's default extension
+  int maxLength = 0;              // a text box's MaxLength: the most characters a user puts in; 0 for no limit
+  std::span<const char* const> items{};  // a list box's entries at start
+  const char* toolTip = "";       // the hover text the window shows; no logic reads it
 };
 
 // One form: its design-time values and its controls.

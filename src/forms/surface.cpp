@@ -82,6 +82,7 @@ void FormSurface::Build(FormState& f) {
     c.left = d.left, c.top = d.top, c.width = d.width, c.height = d.height;
     c.visible = d.visible;
     c.enabled = d.enabled;
+    c.list.assign(d.items.begin(), d.items.end());
     if (d.kind == Kind::Timer) f.timers.push_back(static_cast<int>(i));
   }
   for (const HandlerDecl& h : f.def->handlers) {
@@ -263,6 +264,8 @@ void FormSurface::SetSelStart(ControlId id, int pos) {
 
 void FormSurface::SetCheckValue(ControlId id, int value) {
   Control& c = At(id);
+  // A check box is clear, set or grayed, and refuses any other value.
+  if (value < 0 || value > 2) throw Failure("Invalid property value");
   if (c.checkValue == value) return;
   c.checkValue = value;
   Changed(id, Prop::Value);
@@ -300,6 +303,15 @@ void FormSurface::SetSelected(ControlId id, int index, bool selected) {
 
 void FormSurface::AddItem(ControlId id, std::string_view item) {
   At(id).list.emplace_back(item);
+  Changed(id, Prop::List);
+}
+
+void FormSurface::RemoveItem(ControlId id, int index) {
+  Control& c = At(id);
+  if (index < 0 || index >= static_cast<int>(c.list.size())) throw Failure("Invalid procedure call or argument");
+  c.list.erase(c.list.begin() + index);
+  if (c.listIndex == index) c.listIndex = -1;
+  else if (c.listIndex > index) --c.listIndex;
   Changed(id, Prop::List);
 }
 

@@ -138,6 +138,8 @@ class FormSurface {
   void SetOptionValue(ControlId id, bool value);  // true clears the form's other options
   void SetSelected(ControlId id, int index, bool selected);  // true raises Click
   void AddItem(ControlId id, std::string_view item);
+  // Takes one entry out; a selection behind it moves up with it.
+  void RemoveItem(ControlId id, int index);
   void ClearList(ControlId id);
   void SetBarValue(ControlId id, float value);  // outside 0..Max fails
   void SetBarMax(ControlId id, float max);

@@ -38,6 +38,14 @@ std::string BadValue(FormSurface& s, ControlId id, UserAction action, int value)
 
 }  // namespace
 
+std::string_view WithinMaxLength(const ControlDecl& box, std::string_view text) {
+  if (box.maxLength <= 0 || text.size() <= static_cast<std::size_t>(box.maxLength)) return text;
+  text = text.substr(0, box.maxLength);
+  // A box takes a line break whole or not at all.
+  if (text.ends_with('\r')) text.remove_suffix(1);
+  return text;
+}
+
 std::string CannotAct(FormSurface& s, ControlId id, UserAction action) {
   const ControlDecl& d = s.Decl(id);
   if (!Takes(d.kind, action))
@@ -57,6 +65,7 @@ std::string Act(Program& p, ControlId id, UserAction action, std::string_view te
       case UserAction::Select: s.SetOptionValue(id, true); break;
       case UserAction::Type:
         // The user replaces the text: one Change, even for the same text.
+        text = WithinMaxLength(s.Decl(id), text);
         if (s.At(id).caption == text) s.Raise(id, Event::Change);
         else s.SetText(id, text);
         break;

@@ -24,10 +24,16 @@ enum class UserAction {
 // "is a Timer, which does not take that action").
 std::string CannotAct(FormSurface& s, ControlId id, UserAction action);
 
+// What a text box keeps of a text the user puts in: no more than its
+// MaxLength characters, as the box cuts a paste or a key past its limit. A
+// handler's own assignment is never cut.
+std::string_view WithinMaxLength(const ControlDecl& box, std::string_view text);
+
 // Does the action as the user does it, as one event of the program (End and
-// an unhandled failure stop there). text is what Type types; value is the
-// check value of Check and the entry of Choose. Gives CannotAct's reason and
-// does nothing when the user cannot do it, or when the value is out of range.
+// an unhandled failure stop there). text is what Type types, cut to the box's
+// MaxLength; value is the check value of Check and the entry of Choose. Gives
+// CannotAct's reason and does nothing when the user cannot do it, or when the
+// value is out of range.
 std::string Act(Program& p, ControlId id, UserAction action, std::string_view text = {}, int value = 0);
 
 // The user closes a form's window: refused ("is not open") unless it is

@@ -77,6 +77,7 @@ constexpr HandlerDecl kHandlers[] = {
     {"Image10", Event::MouseMove, Image10_MouseMove},
     {"Label14", Event::MouseMove, Label14_MouseMove},
     {"Label15", Event::MouseMove, Label15_MouseMove},
+    {"mnucreatequest", Event::Click, mnucreatequest_Click},
 };
 
 }  // namespace

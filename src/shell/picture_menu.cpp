@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "editor/createquest.h"
 #include "forms/controls.h"
 #include "forms/program.h"
 #include "shell/frmgame.h"
@@ -31,11 +32,9 @@ void frmgame::Label15_MouseMove(Program& p) { ShowHover(p, "Run Auto update"); }
 
 void frmgame::Image7_Click(Program& p) { mnuabout_Click(p); }
 
-void frmgame::Image8_Click(Program& p) {
-  // The editor is a form of its own; a build without it has nothing to show.
-  FormSurface& s = p.surface();
-  if (int editor = s.FindForm("createquest"); editor >= 0) s.Show(editor);
-}
+void frmgame::Image8_Click(Program& p) { OpenEditor(p); }
+
+void frmgame::mnucreatequest_Click(Program& p) { OpenEditor(p); }
 
 void frmgame::Label14_Click(Program& p) { p.ShellExecute(kWebAddress); }
 

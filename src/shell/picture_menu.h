@@ -25,6 +25,8 @@ void Label15_MouseMove(Program& p);
 void Image7_Click(Program& p);
 // The Create A Quest zone: the quest editor's window.
 void Image8_Click(Program& p);
+// File > Create 'A' Quest does the same.
+void mnucreatequest_Click(Program& p);
 // The web link: the maker's site in the desktop's browser.
 void Label14_Click(Program& p);
 

@@ -1,6 +1,8 @@
 // Reading and writing profile files on disk. Every call opens the file
 // afresh; a write replaces the file in one step under a lock on its folder.
 #include <algorithm>
+#include <cerrno>
+#include <utility>
 #include <string>
 
 #include "forms/paths.h"
@@ -62,6 +64,79 @@ bool QuestStore::WriteINIKeys(std::string_view path, std::span<const Entry> entr
   if (std::none_of(entries.begin(), entries.end(), Named)) return true;
   if (path.empty()) return false;
   return RewriteFile(*disk_, Resolve(path), [&](std::string_view text) { return WithEntries(text, entries); });
+}
+
+std::optional<std::string> QuestStore::ReadText(std::string_view path) const {
+  std::string text;
+  if (path.empty() || disk_->Read(Resolve(path), text, nullptr) != 0) return std::nullopt;
+  return text;
+}
+
+bool QuestStore::DeleteSection(std::string_view path, std::string_view section) const {
+  section = UpToNul(section);
+  if (section.empty()) return true;
+  if (path.empty()) return false;
+  std::string host = Resolve(path), text;
+  // A missing file has no section to take, and is not made.
+  if (disk_->Read(host, text, nullptr) == ENOENT) return true;
+  return RewriteFile(*disk_, host, [&](std::string_view old) { return RemoveProfileSection(old, section); });
+}
+
+bool QuestStore::CopyFile(std::string_view from, std::string_view to) const {
+  if (from.empty() || to.empty()) return false;
+  std::string text;
+  if (disk_->Read(Resolve(from), text, nullptr) != 0) return false;
+  return RewriteFile(*disk_, Resolve(to), [&](std::string_view) { return text; });
+}
+
+namespace {
+
+// The stamp and number of a kept copy of `stem`: "castle 2026-11-23
+// 14.50.34.fbw" is {"2026-11-23 14.50.34", 0}, "... (2).fbw" has number 2.
+// nullopt for any other name.
+std::optional<std::pair<std::string, int>> BackupOrder(const std::string& name, const std::string& stem,
+                                                       std::size_t stampSize, const std::string& ext) {
+  if (!name.starts_with(stem + " ") || !name.ends_with(ext)) return std::nullopt;
+  std::string middle = name.substr(stem.size() + 1, name.size() - stem.size() - 1 - ext.size());
+  if (middle.size() < stampSize) return std::nullopt;
+  std::string stamp = middle.substr(0, stampSize), rest = middle.substr(stampSize);
+  if (stamp.find_first_not_of("0123456789-. ") != std::string::npos) return std::nullopt;
+  if (rest.empty()) return std::make_pair(stamp, 0);
+  if (rest.size() < 4 || !rest.starts_with(" (") || !rest.ends_with(")")) return std::nullopt;
+  std::string number = rest.substr(2, rest.size() - 3);
+  if (number.empty() || number.size() > 6 || number.find_first_not_of("0123456789") != std::string::npos)
+    return std::nullopt;
+  return std::make_pair(stamp, std::stoi(number));
+}
+
+}  // namespace
+
+bool QuestStore::KeepBackup(std::string_view path, const std::string& folder, std::string_view stamp,
+                            std::size_t keep) const {
+  std::string host = Resolve(path), text;
+  int readError = disk_->Read(host, text, nullptr);
+  if (readError == ENOENT) return true;
+  if (readError != 0 || disk_->MakeFolder(folder) != 0) return false;
+  std::string name = NameOf(host);
+  std::size_t dot = name.find_last_of('.');
+  std::string stem = dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
+  std::string ext = dot == std::string::npos || dot == 0 ? "" : name.substr(dot);
+  std::vector<std::string> names = disk_->List(folder);
+  auto taken = [&](const std::string& n) { return std::find(names.begin(), names.end(), n) != names.end(); };
+  std::string copy = stem + " " + std::string(stamp) + ext;
+  for (int n = 2; taken(copy); ++n) copy = stem + " " + std::string(stamp) + " (" + std::to_string(n) + ")" + ext;
+  if (!RewriteFile(*disk_, PathIn(folder, copy), [&](std::string_view) { return text; })) return false;
+  names.push_back(copy);
+  std::vector<std::pair<std::pair<std::string, int>, std::string>> kept;
+  for (const std::string& n : names)
+    if (auto order = BackupOrder(n, stem, stamp.size(), ext)) kept.push_back({*order, n});
+  std::sort(kept.begin(), kept.end());
+  for (std::size_t i = 0; i + keep < kept.size(); ++i) disk_->Remove(PathIn(folder, kept[i].second));
+  return true;
+}
+
+int QuestStore::TryLock(std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock) const {
+  return disk_->TryLockFile(Resolve(name), lock);
 }
 
 }  // namespace fw

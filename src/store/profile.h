@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "store/store_disk.h"
 
@@ -44,6 +45,30 @@ class QuestStore {
   // A name or value ends at its first code 0, as a C string would.
   bool WriteINIKeys(std::string_view path, std::span<const Entry> entries) const;
 
+  // The whole text of a profile file; nullopt when it cannot be read.
+  std::optional<std::string> ReadText(std::string_view path) const;
+
+  // Takes every section of that name out of the file, as one change under
+  // the same safety as WriteINIKeys. True when nothing is left to take (a
+  // missing file or section counts); false when the file could not be written.
+  bool DeleteSection(std::string_view path, std::string_view section) const;
+
+  // Replaces `to` with a copy of `from` in one step: `to` is the old file or
+  // the whole copy, never a part. False, with `to` untouched, when `from`
+  // cannot be read or `to` cannot be written.
+  bool CopyFile(std::string_view from, std::string_view to) const;
+
+  // Keeps a copy of the file in `folder` (made when missing) before it is
+  // replaced, named by the file's own name and `stamp` ("castle 2026-11-23
+  // 14.50.34.fbw"), and removes the oldest copies of that name past `keep`.
+  // True when there was nothing to keep or the copy is made.
+  bool KeepBackup(std::string_view path, const std::string& folder, std::string_view stamp,
+                  std::size_t keep) const;
+
+  // An exclusive lock on a file of userDir, held while `lock` lives: 0,
+  // EWOULDBLOCK when another program holds it, or another errno value.
+  int TryLock(std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock) const;
+
   // The host path a profile path names: a bare name lies in userDir.
   std::string Resolve(std::string_view path) const;
 
@@ -62,6 +87,18 @@ inline constexpr std::size_t kMaxValueLength = 8999;
 // kMaxValueLength characters.
 std::string_view FindProfileValue(std::string_view text, std::string_view section,
                                   std::string_view key);
+
+// The profile text without any section of that name (its header and its
+// lines up to the next header). An empty name leaves the text as it is.
+std::string RemoveProfileSection(std::string_view text, std::string_view section);
+
+// One key of a profile text, as ReadINI would give its value.
+struct ProfileEntry {
+  std::string section, key, value;
+};
+// Every key of a profile text in file order; lines before the first header
+// belong to no section and are left out.
+std::vector<ProfileEntry> ProfileEntries(std::string_view text);
 
 // The whole profile text after writing section/key = value into it. An empty
 // section name leaves the text as it is.

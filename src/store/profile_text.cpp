@@ -174,4 +174,63 @@ std::string SetProfileValue(std::string_view text, std::string_view section, std
   return out;
 }
 
+namespace {
+
+// The "[" that opens a header line, or npos for any other line.
+std::size_t HeaderBracket(std::string_view t, const Line& line) {
+  std::size_t at = line.begin;
+  while (at < line.end && IsBlank(t[at])) ++at;
+  return at < line.end && t[at] == '[' ? at : std::string_view::npos;
+}
+
+// A value as a read gives it: blanks trimmed, one pair of quotes taken off.
+std::string_view ReadValue(std::string_view raw) {
+  std::string_view value = Trim(raw);
+  if (value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+    value = value.substr(1, value.size() - 2);
+  return value.substr(0, kMaxValueLength);
+}
+
+}  // namespace
+
+std::string RemoveProfileSection(std::string_view text, std::string_view section) {
+  if (section.empty()) return std::string(text);
+  std::string out(text.starts_with(kBom) ? kBom : "");
+  text.remove_prefix(out.size());
+  out.reserve(text.size() + out.size());
+  bool dropping = false;
+  for (std::size_t pos = 0; pos < text.size();) {
+    Line line = LineAt(text, pos);
+    std::size_t bracket = HeaderBracket(text, line);
+    // A name may run past its line, as a read matches it.
+    if (bracket != std::string_view::npos) dropping = HeaderNames(text, bracket + 1, section);
+    if (!dropping) out.append(text.substr(line.begin, line.next - line.begin));
+    pos = line.next;
+  }
+  return out;
+}
+
+std::vector<ProfileEntry> ProfileEntries(std::string_view text) {
+  std::vector<ProfileEntry> entries;
+  if (text.starts_with(kBom)) text.remove_prefix(kBom.size());
+  std::string section;
+  bool inSection = false;
+  for (std::size_t pos = 0; pos < text.size();) {
+    Line line = LineAt(text, pos);
+    pos = line.next;
+    std::string_view content = text.substr(line.begin, line.end - line.begin);
+    std::size_t bracket = HeaderBracket(text, line);
+    if (bracket != std::string_view::npos) {
+      std::string_view name = text.substr(bracket + 1, line.end - bracket - 1);
+      section = Trim(name.substr(0, name.find(']')));
+      inSection = true;
+      continue;
+    }
+    std::size_t eq = content.find('=');
+    if (!inSection || Lead(content) == ';' || Lead(content) == 0 || eq == std::string_view::npos) continue;
+    entries.push_back({section, std::string(Trim(content.substr(0, eq))), std::string(ReadValue(content.substr(eq + 1)))});
+  }
+  return entries;
+}
+
 }  // namespace fw

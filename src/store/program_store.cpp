@@ -46,4 +46,26 @@ bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore:
   return StoreOf(p).WriteINIKeys(StorePath(p, path), entries);
 }
 
+std::optional<std::string> ReadINIText(Program& p, std::string_view path) {
+  return StoreOf(p).ReadText(StorePath(p, path));
+}
+
+bool DeleteINISection(Program& p, std::string_view path, std::string_view section) {
+  return StoreOf(p).DeleteSection(StorePath(p, path), section);
+}
+
+bool CopyProfileFile(Program& p, std::string_view from, std::string_view to) {
+  return StoreOf(p).CopyFile(StorePath(p, from), StorePath(p, to));
+}
+
+std::string BackupsFolder(Program& p) { return p.UserDir() + "/" + kBackupsFolder; }
+
+bool KeepBackup(Program& p, std::string_view path, std::string_view stamp) {
+  return StoreOf(p).KeepBackup(StorePath(p, path), BackupsFolder(p), stamp, kBackupsKept);
+}
+
+int TryLockUserFile(Program& p, std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock) {
+  return StoreOf(p).TryLock(name, lock);
+}
+
 }  // namespace fw

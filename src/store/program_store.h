@@ -1,4 +1,6 @@
 #pragma once
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,5 +19,25 @@ void WriteINI(Program& p, std::string_view path, std::string_view section, std::
               std::string_view value);
 // Several keys as one change; false when the file could not be written.
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries);
+
+// The whole text of a profile file; nullopt when it cannot be read.
+std::optional<std::string> ReadINIText(Program& p, std::string_view path);
+// Takes a section out of a profile file, as safely as WriteINI writes.
+bool DeleteINISection(Program& p, std::string_view path, std::string_view section);
+// Replaces `to` with a whole copy of `from`, or leaves it as it was.
+bool CopyProfileFile(Program& p, std::string_view from, std::string_view to);
+
+// Where the copies of replaced quests are kept, in the per-user folder, and
+// how many of each quest.
+inline constexpr const char* kBackupsFolder = "backups";
+inline constexpr std::size_t kBackupsKept = 10;
+// Keeps the file as it is now among the backups, named by its name and stamp.
+bool KeepBackup(Program& p, std::string_view path, std::string_view stamp);
+// The host path of the backups folder.
+std::string BackupsFolder(Program& p);
+
+// An exclusive lock on a file of the per-user folder, for as long as `lock`
+// lives: 0, EWOULDBLOCK while another program holds it, or another errno value.
+int TryLockUserFile(Program& p, std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock);
 
 }  // namespace fw

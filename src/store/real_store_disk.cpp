@@ -14,9 +14,10 @@
 namespace fw {
 namespace {
 
-class FolderLock : public StoreDisk::Lock {
+// A flock held on an open descriptor, given up when it closes.
+class HeldFlock : public StoreDisk::Lock {
  public:
-  explicit FolderLock(int fd) : fd_{fd} {}
+  explicit HeldFlock(int fd) : fd_{fd} {}
 
  private:
   Fd fd_;
@@ -62,7 +63,7 @@ int RealStoreDisk::Locate(const std::string& path, std::string& real) {
 std::unique_ptr<StoreDisk::Lock> RealStoreDisk::LockFolder(const std::string& folder) {
   int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return nullptr;
-  auto lock = std::make_unique<FolderLock>(fd);
+  auto lock = std::make_unique<HeldFlock>(fd);
   while (::flock(fd, LOCK_EX) != 0)
     if (errno != EINTR) return nullptr;
   return lock;
@@ -134,6 +135,23 @@ int RealStoreDisk::Remove(const std::string& path) { return ErrorOr(::unlink(pat
 void RealStoreDisk::SyncFolder(const std::string& folder) {
   Fd dir{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
   if (dir.fd >= 0) ::fsync(dir.fd);
+}
+
+int RealStoreDisk::MakeFolder(const std::string& path) {
+  if (::mkdir(path.c_str(), 0755) == 0) return 0;
+  int error = errno;
+  struct stat st;
+  return error == EEXIST && ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? 0 : error;
+}
+
+int RealStoreDisk::TryLockFile(const std::string& path, std::unique_ptr<Lock>& lock) {
+  int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+  if (fd < 0) return errno;
+  auto held = std::make_unique<HeldFlock>(fd);
+  while (::flock(fd, LOCK_EX | LOCK_NB) != 0)
+    if (errno != EINTR) return errno == EWOULDBLOCK ? EWOULDBLOCK : errno;
+  lock = std::move(held);
+  return 0;
 }
 
 }  // namespace fw

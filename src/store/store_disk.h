@@ -63,6 +63,14 @@ class StoreDisk {
 
   // Makes the folder's entries (a rename in it) reach the disk.
   virtual void SyncFolder(const std::string& folder) = 0;
+
+  // Makes a folder; 0 when it is there afterwards.
+  virtual int MakeFolder(const std::string& path) = 0;
+
+  // An exclusive lock on a lock file (made when missing), not waited for:
+  // EWOULDBLOCK when another holder has it. Held while `lock` lives, and
+  // never longer than the process.
+  virtual int TryLockFile(const std::string& path, std::unique_ptr<Lock>& lock) = 0;
 };
 
 // The folder a host path lies in, and its last part.
@@ -85,6 +93,8 @@ class RealStoreDisk : public StoreDisk {
   int Rename(const std::string& from, const std::string& to) override;
   int Remove(const std::string& path) override;
   void SyncFolder(const std::string& folder) override;
+  int MakeFolder(const std::string& path) override;
+  int TryLockFile(const std::string& path, std::unique_ptr<Lock>& lock) override;
 };
 
 }  // namespace fw

@@ -66,7 +66,7 @@ bool DisplayAvailable() {
   return false;
 }
 
-int RunDesktop(const ProgramMaker& make, int argc, char** argv) {
+int RunDesktop(const ProgramMaker& make, int argc, char** argv, const std::function<void(Program&)>& opening) {
   QApplication app(argc, argv);
   QtPump pump;
   QtDialogs dialogs;
@@ -90,6 +90,7 @@ int RunDesktop(const ProgramMaker& make, int argc, char** argv) {
   });
   loop.start(1);
   program.Start();
+  if (opening && !program.Over()) program.RunEvent([&] { opening(program); });
   if (program.Over()) return 0;
   return app.exec();
 }

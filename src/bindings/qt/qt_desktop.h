@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -16,7 +17,9 @@ std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, 
 bool DisplayAvailable();
 
 // Runs the program, made by make, in its windows until it ends. Gives the
-// exit code.
-int RunDesktop(const ProgramMaker& make, int argc, char** argv);
+// exit code. `opening`, when given, runs as one event right after the start:
+// a command line's own first step, such as opening the editor.
+int RunDesktop(const ProgramMaker& make, int argc, char** argv,
+               const std::function<void(Program&)>& opening = {});
 
 }  // namespace fw

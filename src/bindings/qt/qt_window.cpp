@@ -114,6 +114,26 @@ QString ArtWords(const char* art) {
   return name;
 }
 
+// Brings a list widget to the surface's entries. The window hears of every
+// change, and a list changes only by one entry appended, one taken out, or
+// all cleared, so the widget is one step behind at most: a long page list
+// is never rebuilt whole for one entry.
+void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
+  int n = static_cast<int>(entries.size());
+  if (list->count() < n) {
+    for (int i = list->count(); i < n; ++i) list->addItem(Q(entries[i]));
+  } else if (list->count() == n + 1 && n > 0) {
+    // The entry taken out: the first from the end whose followers all moved
+    // up one place. Of equal neighbours either gives the same list.
+    int gone = n;
+    while (gone > 0 && list->item(gone)->text() == Q(entries[gone - 1])) --gone;
+    delete list->takeItem(gone);
+  } else if (list->count() != n) {
+    list->clear();
+    for (const std::string& entry : entries) list->addItem(Q(entry));
+  }
+}
+
 }  // namespace
 
 QtWindows::QtWindows(Program& program) : program_(program) {}
@@ -223,16 +243,27 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       if (d.look.multiLine) {
         auto* box = new QPlainTextEdit(parent);
         box->setReadOnly(d.look.readOnly);
+        // Lines wrap at the box's edge; only a box with a scroll bar shows one,
+        // so a small box keeps its room for the text.
+        box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        if (!d.look.scrollBar) {
+          box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+          box->document()->setDocumentMargin(1);
+        }
         w = box;
       } else {
         auto* line = new QLineEdit(parent);
         line->setReadOnly(d.look.readOnly);
+        if (d.maxLength > 0) line->setMaxLength(d.maxLength);
         w = line;
       }
       w->setStyleSheet(Css(d.look));
       break;
     case Kind::CommandButton: w = new QPushButton(parent); break;
-    case Kind::CheckBox: w = new QCheckBox(parent); break;
+    case Kind::CheckBox:
+      w = new QCheckBox(parent);
+      w->setStyleSheet(Css(d.look));
+      break;
     case Kind::OptionButton: {
       auto* option = new QRadioButton(parent);
       option->setAutoExclusive(false);  // the surface keeps one selected
@@ -240,7 +271,10 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       w = option;
       break;
     }
-    case Kind::ListBox: w = new QListWidget(parent); break;
+    case Kind::ListBox:
+      w = new QListWidget(parent);
+      w->setStyleSheet(Css(d.look));
+      break;
     case Kind::ProgressBar: {
       auto* bar = new QProgressBar(parent);
       bar->setTextVisible(false);
@@ -269,6 +303,7 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
+  if (*d.toolTip) w->setToolTip(Q(d.toolTip));
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
@@ -288,11 +323,15 @@ void QtWindows::Connect(ControlId id, QWidget* w) {
       if (row >= 0) User(id, UserAction::Choose, {}, row);
     });
   } else if (auto* line = qobject_cast<QLineEdit*>(w)) {
-    QObject::connect(line, &QLineEdit::textEdited, this,
-                     [this, id](const QString& text) { User(id, UserAction::Type, FromQ(text)); });
+    QObject::connect(line, &QLineEdit::textEdited, this, [this, id](const QString& text) {
+      User(id, UserAction::Type, FromQ(text));
+      ShowTyped(id);
+    });
   } else if (auto* box = qobject_cast<QPlainTextEdit*>(w)) {
     QObject::connect(box, &QPlainTextEdit::textChanged, this, [this, id, box] {
+      if (mirroring_) return;
       User(id, UserAction::Type, FromQ(box->toPlainText().replace("\n", "\r\n")));
+      ShowTyped(id);
     });
   }
 }
@@ -317,11 +356,21 @@ void QtWindows::BuildMenus(int form) {
   }
 }
 
-void QtWindows::ControlChanged(ControlId id, Prop) {
+void QtWindows::ControlChanged(ControlId id, Prop prop) {
   if (!forms_.count(id.form)) return;
   bool was = mirroring_;
   mirroring_ = true;
-  Apply(id);
+  Apply(id, prop == Prop::SelStart ? Caret::SelStart : Caret::Logic);
+  mirroring_ = was;
+}
+
+void QtWindows::ShowTyped(ControlId id) {
+  // What the box kept of the typing (a text past its limit is cut) may
+  // differ from what the widget shows; the caret stays where it was.
+  if (!forms_.count(id.form) || !program_.surface().IsLoaded(id.form)) return;
+  bool was = mirroring_;
+  mirroring_ = true;
+  Apply(id, Caret::Typing);
   mirroring_ = was;
 }
 
@@ -348,7 +397,7 @@ void QtWindows::ApplyForm(int form) {
   window->setVisible(f.visible);
 }
 
-void QtWindows::Apply(ControlId id) {
+void QtWindows::Apply(ControlId id, Caret caret) {
   FormWidgets& fw = forms_[id.form];
   const Control& c = program_.surface().At(id);
   if (QAction* action = fw.actions[id.index]) {
@@ -373,11 +422,23 @@ void QtWindows::Apply(ControlId id) {
     if (FromQ(line->text()) != c.caption) line->setText(Q(c.caption));
   } else if (auto* box = qobject_cast<QPlainTextEdit*>(w)) {
     QString text = Q(c.caption).replace("\r\n", "\n");
-    if (box->toPlainText() != text) box->setPlainText(text);
-    QTextCursor cursor = box->textCursor();
-    cursor.setPosition(std::min(c.selStart, static_cast<int>(box->toPlainText().size())));
-    box->setTextCursor(cursor);
-    box->ensureCursorVisible();
+    int typedAt = box->textCursor().position();
+    bool replaced = box->toPlainText() != text;
+    if (replaced) box->setPlainText(text);
+    // The logic places the caret through SelStart, and a text it sets starts
+    // there too; typing leaves the caret where the user's keys put it.
+    if (caret == Caret::Typing) {
+      if (replaced) {
+        QTextCursor cursor = box->textCursor();
+        cursor.setPosition(std::min(typedAt, static_cast<int>(text.size())));
+        box->setTextCursor(cursor);
+      }
+    } else if (replaced || caret == Caret::SelStart) {
+      QTextCursor cursor = box->textCursor();
+      cursor.setPosition(std::min(c.selStart, static_cast<int>(box->toPlainText().size())));
+      box->setTextCursor(cursor);
+      box->ensureCursorVisible();
+    }
   } else if (auto* button = qobject_cast<QPushButton*>(w)) {
     button->setText(Q(c.caption));
   } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
@@ -387,10 +448,7 @@ void QtWindows::Apply(ControlId id) {
     option->setText(Q(c.caption));
     option->setChecked(c.optionValue);
   } else if (auto* list = qobject_cast<QListWidget*>(w)) {
-    if (list->count() != static_cast<int>(c.list.size())) {
-      list->clear();
-      for (const std::string& item : c.list) list->addItem(Q(item));
-    }
+    MirrorEntries(list, c.list);
     list->setCurrentRow(c.listIndex);
   } else if (auto* bar = qobject_cast<QProgressBar*>(w)) {
     bar->setRange(0, 1000);

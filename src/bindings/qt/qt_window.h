@@ -47,7 +47,12 @@ class QtWindows : public QObject, public SurfaceObserver {
   QWidget* Make(ControlId id, QWidget* parent);
   void Connect(ControlId id, QWidget* widget);
   void BuildMenus(int form);
-  void Apply(ControlId id);
+  // Where a multi-line box's caret goes when its values are shown: to
+  // SelStart when the logic set text or SelStart, nowhere new after typing.
+  enum class Caret { Logic, SelStart, Typing };
+  void Apply(ControlId id, Caret caret = Caret::Logic);
+  // Shows what the surface kept of the user's typing.
+  void ShowTyped(ControlId id);
   void ApplyForm(int form);
   // A user's action on a control, unless the window is being set from the surface.
   void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
