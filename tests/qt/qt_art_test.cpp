@@ -5,10 +5,13 @@
 #include <QFont>
 #include <QFontInfo>
 #include <QImage>
+#include <QMainWindow>
+#include <QSet>
 
 #include "bindings/qt/qt_art.h"
 #include "bindings/qt/qt_window.h"
 #include "shell/forms.h"
+#include "test_program.h"
 
 namespace fw {
 namespace {
@@ -75,6 +78,26 @@ TEST(Art, TheFormsWindowsFontsAreMappedToTheirDebianTwins) {
   EXPECT_EQ(QFontInfo(QFont("MS Sans Serif")).family(), "Liberation Sans");
   EXPECT_EQ(QFontInfo(QFont("Times New Roman")).family(), "Liberation Serif");
   EXPECT_EQ(QFontInfo(QFont("Verdana")).family(), "DejaVu Sans");
+}
+
+// The window draws the drawings: the picture menu is a picture, not a flat
+// panel, and every hot zone and the form itself show the drawn hand.
+TEST(Art, TheWindowShowsThePicturesAndTheHand) {
+  testing::TestProgram t{AllForms()};
+  QtWindows windows(t.program);
+  t.surface().SetObserver(&windows);
+  t.program.Start();
+  FormSurface& s = t.surface();
+  QWidget* menu = windows.WidgetOf(s.Id("FrmGame", "Picture2"));
+  ASSERT_NE(menu, nullptr);
+  QImage shown = menu->grab().toImage();
+  QSet<QRgb> colours;
+  for (int y = 0; y < shown.height(); y += 7)
+    for (int x = 0; x < shown.width(); x += 7) colours.insert(shown.pixel(x, y));
+  EXPECT_GT(colours.size(), 200);
+  for (const char* zone : {"Image1", "Image8", "Label14", "Picture1"})
+    EXPECT_EQ(windows.WidgetOf(s.Id("FrmGame", zone))->cursor().shape(), Qt::BitmapCursor) << zone;
+  EXPECT_EQ(windows.WindowOf(s.FindForm("FrmGame"))->centralWidget()->cursor().shape(), Qt::BitmapCursor);
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ class FormWindow : public QMainWindow {
 
 }  // namespace
 
-QtWindows::QtWindows(Program& program) : program_(program) {
+QtWindows::QtWindows(Program& program) : program_(program), hand_(HandCursor()) {
   SubstituteFonts();
   QGuiApplication::setWindowIcon(AppIcon());
 }
@@ -175,7 +175,7 @@ void QtWindows::Build(int form) {
   auto* client = new Area;
   client->fill = BackColor(t.look);
   client->art = t.look.art;
-  if (t.look.handCursor) client->setCursor(HandCursor());
+  if (t.look.handCursor) client->setCursor(hand_);
   client->setFixedSize(Px(t.width), Px(t.height));
   window->setCentralWidget(client);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
@@ -212,7 +212,7 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       auto* area = new Area(parent);
       area->setMouseTracking(true);
       if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
-      if (d.look.handCursor) area->setCursor(HandCursor());
+      if (d.look.handCursor) area->setCursor(hand_);
       if (d.look.art && d.kind != Kind::Label) {
         area->art = d.look.art;
       } else if (d.look.transparent && d.kind == Kind::Image) {
