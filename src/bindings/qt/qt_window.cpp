@@ -218,8 +218,9 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       } else if (d.look.transparent && d.kind == Kind::Image) {
         // A hot zone on a picture: the picture shows what it is, and a soft
         // lamplight under the mouse shows that it can be clicked.
-        area->setStyleSheet(QString("#%1{background:transparent;border-radius:8px;}"
-                                    "#%1:hover{background:rgba(255,214,140,48);}")
+        area->setStyleSheet(QString("#%1{background:transparent;}"
+                                    "#%1:hover{background:qradialgradient(cx:0.5,cy:0.5,radius:0.6,fx:0.5,fy:0.5,"
+                                    "stop:0 rgba(255,214,140,110),stop:0.7 rgba(255,214,140,45),stop:1 rgba(255,214,140,0));}")
                                 .arg(d.name));
       } else {
         Look look = d.look;
