@@ -11,9 +11,9 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev timgm6mb-soundfont
   libreadline-dev python3
-  qt6-base-dev qt6-multimedia-dev
+  qt6-base-dev qt6-multimedia-dev qt6-svg-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
-  fonts-liberation2
+  fonts-liberation2 fonts-dejavu-core
 )
 
 missing=()

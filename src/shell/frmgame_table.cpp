@@ -22,6 +22,8 @@ constexpr Font kTimesBold{"Times New Roman", 15.75f, true};
 constexpr Look kOption{.backColor = kWhite, .font = kVerdana825};
 constexpr Look kScore{.foreColor = kRed, .transparent = true, .font = kSansBold12};
 constexpr Look kPanel{.backColor = kBlack};
+// A panel with a picture on its black ground.
+constexpr Look Panel(const char* art) { return Look{.backColor = kBlack, .art = art}; }
 constexpr Look kHotZone{.transparent = true, .handCursor = true};
 constexpr Look kMenuLink{.foreColor = kCyanTone, .transparent = true,
                          .font = {nullptr, 14.25f, false}, .handCursor = true};
@@ -119,7 +121,7 @@ constexpr ControlDecl kControls[] = {
      .caption = "Auto Update", .look = kMenuLink},
 
     // The battle panel.
-    {.name = "BattleBox", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = kPanel},
+    {.name = "BattleBox", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = Panel("battlebox.png")},
     {.name = "Picture4", .kind = Kind::PictureBox, .parent = "BattleBox", .left = 1800, .top = 120, .width = 6495, .height = 3015, .look = kPanel},
     {.name = "Label4", .kind = Kind::Label, .parent = "BattleBox", .left = 1560, .top = 3120, .width = 3375, .height = 495,
      .caption = "Enemy Hp:", .look = kBattleLabel},
@@ -139,7 +141,7 @@ constexpr ControlDecl kControls[] = {
      .look = Button("escape.png")},
 
     // The inventory panel.
-    {.name = "InvBox", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = kPanel},
+    {.name = "InvBox", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = Panel("invbox.png")},
     {.name = "Label7", .kind = Kind::Label, .parent = "InvBox", .left = 3120, .top = 840, .width = 2415, .height = 375,
      .caption = "Your items:", .look = {.foreColor = kWhite, .transparent = true, .font = {nullptr, 14.25f, false}}},
     {.name = "List1", .kind = Kind::ListBox, .parent = "InvBox", .left = 3000, .top = 1200, .width = 1935, .height = 3375},
@@ -149,7 +151,7 @@ constexpr ControlDecl kControls[] = {
      .caption = "Use", .visible = false, .enabled = false},
 
     // The character panel.
-    {.name = "CharCreate", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = kPanel},
+    {.name = "CharCreate", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = Panel("charcreate.png")},
     {.name = "Label13", .kind = Kind::Label, .parent = "CharCreate", .left = 1680, .top = 960, .width = 975, .height = 375, .caption = "Name:", .look = kCharLabel},
     {.name = "Text6", .kind = Kind::TextBox, .parent = "CharCreate", .left = 2760, .top = 960, .width = 3975, .height = 375, .look = {.font = kTimesBold}},
     {.name = "Label16", .kind = Kind::Label, .parent = "CharCreate", .left = 1680, .top = 1440, .width = 975, .height = 375, .caption = "Level:", .look = kCharLabel},

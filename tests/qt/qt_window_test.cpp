@@ -2,6 +2,7 @@
 // and the user's actions reach it.
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
@@ -21,6 +22,13 @@
 namespace fw {
 namespace {
 
+// Where the pictures of the screens go, for a person to look at.
+std::string Shots() {
+  std::string dir = std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/";
+  QDir().mkpath(QString::fromStdString(dir));
+  return dir;
+}
+
 TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   testing::TempDir dir;
   std::ofstream(dir.str() + "/q.fbw") << "[Story Info]\r\nTitle=Caf\xE9 quest\r\n[1]\r\nPage Text=Start here.\r\n"
@@ -36,8 +44,8 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(window->centralWidget()->width(), QtWindows::Px(8385));
   EXPECT_EQ(window->menuBar()->actions().size(), 3);
 
-  std::string shots = std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/";
-  window->grab().save(QString::fromStdString(shots + "game-window-menu.png"));
+  std::string shots = Shots();
+  window->grab().save(QString::fromStdString(shots + "picture-menu-bare.png"));
   FormSurface& s = t.surface();
   t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
   QWidget* load = windows.WidgetOf(s.Id("FrmGame", "Image1"));
@@ -49,6 +57,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_TRUE(transcript->toPlainText().contains(QString::fromUtf8("Caf\xC3\xA9 quest\n")));
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "Picture2"))->isVisible() &&
                s.At(s.Id("FrmGame", "Picture2")).visible);
+  window->grab().save(QString::fromStdString(shots + "page.png"));
 
   auto* option = qobject_cast<QRadioButton*>(windows.WidgetOf(s.Id("FrmGame", "Option1")));
   ASSERT_NE(option, nullptr);
@@ -59,7 +68,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "2");
   EXPECT_TRUE(transcript->toPlainText().endsWith("Done."));
 
-  window->grab().save(QString::fromStdString(shots + "game-window.png"));
+  window->grab().save(QString::fromStdString(shots + "page-without-options.png"));
 }
 
 // The character panel, a fight and the inventory through the window's own
@@ -82,13 +91,13 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
     t.platform.clock.Set(t.now() + seconds);
     t.program.RunDue();
   };
-  std::string shots = std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/";
+  std::string shots = Shots();
 
   t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
   click("Image1");
   pass(0.01);
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "Command9"))->isEnabled());
-  window->grab().save(QString::fromStdString(shots + "game-window-character.png"));
+  window->grab().save(QString::fromStdString(shots + "character.png"));
   click("Command9");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "CharCreate"))->isVisible());
 
@@ -97,14 +106,14 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
   click("Picture1");
   ASSERT_TRUE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
-  window->grab().save(QString::fromStdString(shots + "game-window-battle.png"));
+  window->grab().save(QString::fromStdString(shots + "battle.png"));
   for (int round = 0; round < 20 && s.At(s.Id("FrmGame", "BattleBox")).visible; ++round) click("Picture7");
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "3");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
 
   click("Picture3");
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
-  window->grab().save(QString::fromStdString(shots + "game-window-inventory.png"));
+  window->grab().save(QString::fromStdString(shots + "inventory.png"));
   click("Picture6");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
 }

@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -19,6 +20,7 @@
 #include <QScreen>
 #include <QScrollBar>
 
+#include "bindings/qt/qt_art.h"
 #include "forms/codepage.h"
 #include "forms/program.h"
 #include "forms/user_actions.h"
@@ -40,7 +42,9 @@ QString Css(const Look& look) {
   if (look.foreColor != kDefaultColor) css += "color:" + ColorCss(look.foreColor) + ";";
   if (look.transparent) css += "background:transparent;";
   else if (look.backColor != kDefaultColor) css += "background-color:" + ColorCss(look.backColor) + ";";
-  if (look.font.name) css += QString("font-family:'%1';").arg(look.font.name);
+  // A size without a name is in the forms' own font.
+  if (look.font.name || look.font.points > 0)
+    css += QString("font-family:'%1';").arg(look.font.name ? look.font.name : "MS Sans Serif");
   if (look.font.points > 0) css += QString("font-size:%1pt;").arg(look.font.points);
   if (look.font.bold) css += "font-weight:bold;";
   return css;
@@ -75,10 +79,22 @@ class Area : public QLabel {
   // reach the children's palette too and paint a panel's boxes and buttons
   // black on black.
   QColor fill;
+  // The table's artwork, drawn unless the program has given a picture file.
+  const char* art = nullptr;
+  bool hasPicture = false;
 
  protected:
   void paintEvent(QPaintEvent* e) override {
     if (fill.isValid()) QPainter(this).fillRect(rect(), fill);
+    if (art && !hasPicture) {
+      // Rendered again only when the size or the screen's density changes:
+      // a scrolling picture moves every tick but keeps its size.
+      qreal ratio = devicePixelRatioF();
+      if (artPixmap_.isNull() || artPixmap_.deviceIndependentSize().toSize() != size() ||
+          artPixmap_.devicePixelRatio() != ratio)
+        artPixmap_ = RenderArt(art, size(), ratio);
+      QPainter(this).drawPixmap(0, 0, artPixmap_);
+    }
     QLabel::paintEvent(e);
   }
   void mousePressEvent(QMouseEvent* e) override {
@@ -87,6 +103,9 @@ class Area : public QLabel {
   void mouseMoveEvent(QMouseEvent*) override {
     if (onMove) onMove();
   }
+
+ private:
+  QPixmap artPixmap_;
 };
 
 // A window that leaves its closing to the program's own unload, and tells
@@ -105,14 +124,6 @@ class FormWindow : public QMainWindow {
     if (onResize) onResize();
   }
 };
-
-// The artwork's name as the words a placeholder shows: "menubutton.png" is
-// "Menubutton".
-QString ArtWords(const char* art) {
-  QString name = QString(art).section('.', 0, 0);
-  if (!name.isEmpty()) name[0] = name[0].toUpper();
-  return name;
-}
 
 // Brings a list widget to the surface's entries. The window hears of every
 // change, and a list changes only by one entry appended, one taken out, or
@@ -136,7 +147,10 @@ void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
 
 }  // namespace
 
-QtWindows::QtWindows(Program& program) : program_(program) {}
+QtWindows::QtWindows(Program& program) : program_(program), hand_(HandCursor()) {
+  SubstituteFonts();
+  QGuiApplication::setWindowIcon(AppIcon());
+}
 
 QtWindows::~QtWindows() {
   for (auto& [form, w] : forms_) delete w.window;
@@ -180,6 +194,8 @@ void QtWindows::Build(int form) {
   };
   auto* client = new Area;
   client->fill = BackColor(t.look);
+  client->art = t.look.art;
+  if (t.look.handCursor) client->setCursor(hand_);
   client->setFixedSize(Px(t.width), Px(t.height));
   window->setCentralWidget(client);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
@@ -216,17 +232,15 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       auto* area = new Area(parent);
       area->setMouseTracking(true);
       if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
-      if (d.look.handCursor) area->setCursor(Qt::PointingHandCursor);
+      if (d.look.handCursor) area->setCursor(hand_);
       if (d.look.art && d.kind != Kind::Label) {
-        area->setAlignment(Qt::AlignCenter);
-        area->setText(ArtWords(d.look.art));
-        area->setStyleSheet("background-color:rgb(90,60,30);color:rgb(250,230,180);border:2px outset rgb(140,100,50);"
-                            "font-weight:bold;");
+        area->art = d.look.art;
       } else if (d.look.transparent && d.kind == Kind::Image) {
-        // A hot zone on a picture: until the picture shows where it is, a
-        // faint frame does, and it lights up under the mouse.
-        area->setStyleSheet(QString("#%1{background:transparent;border:1px dashed rgba(255,255,255,90);}"
-                                    "#%1:hover{background:rgba(255,255,255,60);}")
+        // A hot zone on a picture: the picture shows what it is, and a soft
+        // lamplight under the mouse shows that it can be clicked.
+        area->setStyleSheet(QString("#%1{background:transparent;}"
+                                    "#%1:hover{background:qradialgradient(cx:0.5,cy:0.5,radius:0.6,fx:0.5,fy:0.5,"
+                                    "stop:0 rgba(255,214,140,110),stop:0.7 rgba(255,214,140,45),stop:1 rgba(255,214,140,0));}")
                                 .arg(d.name));
       } else {
         Look look = d.look;
@@ -384,6 +398,7 @@ void QtWindows::ApplyForm(int form) {
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
   window->centralWidget()->setFixedSize(Px(f.width), Px(f.height));
+  if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
   if (!f.picture.host.empty()) {
     window->centralWidget()->setStyleSheet(
         QString("QWidget#%1{border-image:url(%2);}").arg("client", QString::fromStdString(f.picture.host)));
@@ -412,6 +427,7 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   w->setVisible(c.visible);
   w->setEnabled(c.enabled);
   if (auto* area = dynamic_cast<Area*>(w)) {
+    area->hasPicture = !c.picture.host.empty();
     if (!c.picture.host.empty()) {
       QPixmap picture(QString::fromStdString(c.picture.host));
       area->setPixmap(picture.scaled(area->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));

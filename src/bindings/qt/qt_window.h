@@ -1,4 +1,5 @@
 #pragma once
+#include <QCursor>
 #include <QObject>
 
 #include <map>
@@ -59,6 +60,7 @@ class QtWindows : public QObject, public SurfaceObserver {
 
   Program& program_;
   std::map<int, FormWidgets> forms_;
+  QCursor hand_;            // drawn once, shown by every control that points
   bool mirroring_ = false;  // the window is being set from the surface: no events back
 };
 
