@@ -88,6 +88,8 @@ TEST(QtDesktopStart, AQuestNamedOnTheCommandLineOpensInTheWindowWithoutTheDialog
   EXPECT_EQ(Utf8FromCp1252(questfil), quest);
   EXPECT_EQ(option, "Go in");
   EXPECT_FALSE(menuShown);
+  // The windows name the installed desktop entry, for the desktop's menu and icon.
+  EXPECT_EQ(QGuiApplication::desktopFileName(), "example.fablewright.Fablewright");
 }
 
 }  // namespace

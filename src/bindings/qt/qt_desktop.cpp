@@ -96,6 +96,9 @@ int RunDesktop(const ProgramMaker& make, int argc, char** argv, const std::strin
 }
 
 int RunDesktopWindows(const ProgramMaker& make, const std::string& quest) {
+  // The installed desktop entry's name, by which a desktop ties the
+  // windows to their menu entry and icon.
+  QGuiApplication::setDesktopFileName(FABLEWRIGHT_APP_ID);
   QtPump pump;
   QtDialogs dialogs;
   std::unique_ptr<QtWindows> windows;
