@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QTimer>
@@ -20,13 +21,13 @@
 namespace fw {
 namespace {
 
-// What the game window shows in its transcript, as the window draws it.
-QString WindowTranscript() {
+// The transcript as the game window draws it, once it shows the page.
+QPlainTextEdit* DrawnTranscript() {
   for (QWidget* w : QApplication::allWidgets())
     if (auto* text = qobject_cast<QPlainTextEdit*>(w); text && text->isVisible() &&
                                                       text->toPlainText().contains("Start here."))
-      return text->toPlainText();
-  return {};
+      return text;
+  return nullptr;
 }
 
 TEST(QtDesktopStart, AQuestNamedOnTheCommandLineOpensInTheWindowWithoutTheDialog) {
@@ -72,7 +73,11 @@ TEST(QtDesktopStart, AQuestNamedOnTheCommandLineOpensInTheWindowWithoutTheDialog
     if (!program || program->Ended()) return;
     FormSurface& s = program->surface();
     transcript = s.At(s.Id("FrmGame", "Text1")).caption;
-    drawn = WindowTranscript();
+    if (QPlainTextEdit* text = DrawnTranscript()) {
+      drawn = text->toPlainText();
+      QDir().mkpath(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
+      text->window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/command-line-quest.png");
+    }
     if (transcript.find("Start here.") == std::string::npos && since.elapsed() < 20000) return;
     questfil = s.At(s.Id("FrmGame", "questfil")).caption;
     option = s.At(s.Id("FrmGame", "Option1")).caption;
