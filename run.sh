@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the program and runs its main job on the bundled demo quest.
-# On a desktop it opens the game window (Load Quest offers the demo's folder);
+# On a desktop it opens the game window with the demo quest open;
 # at a terminal without a display it plays The Lantern Road there (type an
 # option's number); without either (a pipe, a CI job) it plays the demo
 # scenario headless and prints the transcript as it goes. Media names in a quest are taken from the
@@ -32,7 +32,7 @@ if [ -t 0 ] && [ -t 1 ]; then
   cp -r build/demo-media/. build/demo-play/
   cd build/demo-play
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    exec ../fablewright --app-dir . --home ../demo-home
+    exec ../fablewright demo.fbw --app-dir . --home ../demo-home
   fi
   exec ../fablewright play demo.fbw --app-dir . --home ../demo-home
 fi

@@ -3,7 +3,9 @@
 # and only those that are missing, so a warm machine pays nothing. The
 # Liberation fonts have the widths of the Windows fonts the forms are laid
 # out for, so a label's text fits its place in the window. Python drives the
-# terminal player's test through a pseudo-terminal.
+# terminal player's test through a pseudo-terminal. The desktop files are
+# checked with Debian's own validators and MIME compiler and GIO's file
+# types, and dpkg-dev reads the Debian package's library dependencies.
 set -euo pipefail
 
 packages=(
@@ -14,6 +16,7 @@ packages=(
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2 fonts-dejavu-core
+  desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev
 )
 
 missing=()

@@ -18,8 +18,9 @@ namespace {
 
 constexpr const char* kUsage =
     "Usage:\n"
-    "  fablewright [--app-dir DIR] [--home DIR] [--seed N]\n"
-    "      Opens the game window (on a desktop) or plays in the terminal (without one).\n"
+    "  fablewright [QUEST.fbw] [--app-dir DIR] [--home DIR] [--seed N]\n"
+    "      Opens the game window (on a desktop) or plays in the terminal (without one),\n"
+    "      with the quest given already open.\n"
     "      --seed N fixes the dice, so that a fight can be played again as it went.\n"
     "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
@@ -103,6 +104,22 @@ bool Seed(const std::vector<std::string>& args, std::size_t& i, fw::Launch& laun
   return true;
 }
 
+// A quest named on the command line, as a full path; false, said why, when
+// there is no such file or the game cannot hold its name (text inside is
+// Windows-1252).
+bool QuestFile(std::string& quest) {
+  if (!std::filesystem::is_regular_file(quest)) {
+    std::cerr << "fablewright: no quest file " << quest << "\n";
+    return false;
+  }
+  if (fw::Utf8FromCp1252(fw::Cp1252FromUtf8(quest)) != quest) {
+    std::cerr << "fablewright: cannot open " << quest << ": the game takes only Windows-1252 characters in a path\n";
+    return false;
+  }
+  quest = std::filesystem::absolute(quest).lexically_normal().string();
+  return true;
+}
+
 int Play(const std::vector<std::string>& args) {
   fw::TerminalOptions options;
   fw::Launch launch = DefaultLaunch();
@@ -118,10 +135,7 @@ int Play(const std::vector<std::string>& args) {
       return 2;
     }
   }
-  if (!options.quest.empty() && !std::filesystem::is_regular_file(options.quest)) {
-    std::cerr << "fablewright: no quest file " << options.quest << "\n";
-    return 1;
-  }
+  if (!options.quest.empty() && !QuestFile(options.quest)) return 1;
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
   return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
@@ -153,27 +167,35 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  return fw::RunDesktop(assembly.Maker(), argc, argv, [&quest](fw::Program& p) {
+  fw::DesktopStart start;
+  start.opening = [&quest](fw::Program& p) {
     if (quest.empty()) fw::OpenEditor(p);
     else fw::OpenEditorOn(p, quest);
-  });
+  };
+  return fw::RunDesktop(assembly.Maker(), argc, argv, start);
 }
 
 // The program's own job: its windows on a desktop, the terminal player
-// where there is no display.
+// where there is no display; a quest given (a file manager's double click)
+// opens in either.
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
+  fw::TerminalOptions options;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (!Folders(args, i, launch) && !Seed(args, i, launch)) {
+    if (Folders(args, i, launch) || Seed(args, i, launch)) continue;
+    if (options.quest.empty() && !args[i].starts_with("--")) {
+      options.quest = args[i];
+    } else {
       std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
       return 2;
     }
   }
+  if (!options.quest.empty() && !QuestFile(options.quest)) return 1;
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv);
+  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv, {.quest = options.quest, .opening = {}});
   std::cerr << "fablewright: no display; playing in the terminal instead\n";
-  return fw::PlayInTerminal({}, assembly.Maker(), 0, stdout);
+  return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
 }
 
 }  // namespace
@@ -199,6 +221,5 @@ int main(int argc, char** argv) {
   if (command == "play") return Play(rest);
   if (command == "edit") return Edit(rest, argc, argv);
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
-  std::cerr << "fablewright: unknown argument: " << command << "\n";
-  return 2;
+  return Run(args, argc, argv);
 }

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "bindings/qt/qt_media.h"
 #include "bindings/qt/qt_window.h"
@@ -40,13 +41,36 @@ class QtDialogs : public Dialogs {
     return 1;
   }
   std::optional<std::string> FileDialog(const FileDialogRequest& r) override {
+    if (!preDialog_.empty() && preDialog_ == r.form + "." + r.dialog) {
+      preDialog_.clear();
+      return std::exchange(prePath_, {});
+    }
     QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
     QString chosen = r.save ? QFileDialog::getSaveFileName(nullptr, {}, dir, Filter(r.filter))
                             : QFileDialog::getOpenFileName(nullptr, {}, dir, Filter(r.filter));
     if (chosen.isEmpty()) return std::nullopt;
     return Cp1252FromUtf8(chosen.toStdString());
   }
+  // The next file dialog of that control ("FrmGame.questfile") gets this
+  // path (Windows-1252) without being shown.
+  void Preanswer(std::string dialog, std::string path) {
+    preDialog_ = std::move(dialog);
+    prePath_ = std::move(path);
+  }
+
+ private:
+  std::string preDialog_, prePath_;
 };
+
+// The quest named on the command line opens as Load Quest opens one, even
+// where the picture menu is not on screen (a packaged game).
+void OpenQuest(Program& program, QtDialogs& dialogs, const std::string& quest) {
+  dialogs.Preanswer("FrmGame.questfile", Cp1252FromUtf8(quest));
+  program.RunEvent([&] {
+    FormSurface& s = program.surface();
+    s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
+  });
+}
 
 }  // namespace
 
@@ -66,8 +90,15 @@ bool DisplayAvailable() {
   return false;
 }
 
-int RunDesktop(const ProgramMaker& make, int argc, char** argv, const std::function<void(Program&)>& opening) {
+int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start) {
   QApplication app(argc, argv);
+  return RunDesktopWindows(make, start);
+}
+
+int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
+  // The installed desktop entry's name, by which a desktop ties the
+  // windows to their menu entry and icon.
+  QGuiApplication::setDesktopFileName(FABLEWRIGHT_APP_ID);
   QtPump pump;
   QtDialogs dialogs;
   std::unique_ptr<QtWindows> windows;
@@ -86,13 +117,16 @@ int RunDesktop(const ProgramMaker& make, int argc, char** argv, const std::funct
   loop.setTimerType(Qt::PreciseTimer);
   QObject::connect(&loop, &QTimer::timeout, [&] {
     program.RunEvent([&] { program.RunDue(); });
-    if (program.Over()) app.quit();
+    // exit, not quit: quit asks each window to close, and the game window
+    // leaves a close to the program, which has ended already.
+    if (program.Over()) QCoreApplication::exit(0);
   });
   loop.start(1);
   program.Start();
-  if (opening && !program.Over()) program.RunEvent([&] { opening(program); });
+  if (!start.quest.empty() && !program.Over()) OpenQuest(program, dialogs, start.quest);
+  if (start.opening && !program.Over()) program.RunEvent([&] { start.opening(program); });
   if (program.Over()) return 0;
-  return app.exec();
+  return QApplication::exec();
 }
 
 }  // namespace fw

@@ -1,6 +1,7 @@
 #pragma once
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "forms/program.h"
@@ -16,10 +17,17 @@ std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, 
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();
 
+// What a command line asks of the window at its start.
+struct DesktopStart {
+  std::string quest;  // a quest (UTF-8 path) to open once the game window is up, as Load Quest opens one
+  std::function<void(Program&)> opening;  // a first step of its own, such as opening the editor
+};
+
 // Runs the program, made by make, in its windows until it ends. Gives the
-// exit code. `opening`, when given, runs as one event right after the start:
-// a command line's own first step, such as opening the editor.
-int RunDesktop(const ProgramMaker& make, int argc, char** argv,
-               const std::function<void(Program&)>& opening = {});
+// exit code.
+int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start = {});
+
+// The same inside the application object that is running already.
+int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start = {});
 
 }  // namespace fw
