@@ -9,6 +9,7 @@ packages=(
   g++ cmake make pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev timgm6mb-soundfont
+  libgraphviz-dev graphviz
   qt6-base-dev qt6-multimedia-dev
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2

@@ -12,6 +12,7 @@
 #include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
+#include "play/page_rules.h"
 #include "play/quest_paths.h"
 
 namespace fw {
@@ -102,7 +103,7 @@ void Battle(Program& p) {
                                               : LoadQuestPicture(p, image, QuestFolder(p, g.questfil.Caption())));
   });
   Skip([&] { g.Music.SetCaption(key("BattleMusic")); });
-  if (key("BattleEscapecheck") == "0") Skip([&] { v.escape.SetEnabled(false); });
+  if (EscapeClosed(key("BattleEscapecheck"))) Skip([&] { v.escape.SetEnabled(false); });
   Skip([&] { v.log.SetText("You are under attack from " + key("BattleMonName") + "!"); });
   Skip([&] { PlayMp3(p, Locate(p, g, key("BattleMp3"))); });
   Skip([&] {

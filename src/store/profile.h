@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "store/profile_image.h"
 #include "store/store_disk.h"
 
 namespace fw {
@@ -27,6 +28,10 @@ class QuestStore {
   // regular file, or refused.
   std::optional<std::string> TryReadINI(std::string_view path, std::string_view section,
                                         std::string_view key) const;
+
+  // The whole file read once, for a tool that looks at all of it; null when
+  // it cannot be read, as TryReadINI fails.
+  std::shared_ptr<const ProfileImage> ReadImage(std::string_view path) const;
 
   // Writes the key; silent when it cannot. Atomic: the file on disk is the old
   // one or the new one, never a torn mix.

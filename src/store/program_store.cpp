@@ -42,6 +42,10 @@ void WriteINI(Program& p, std::string_view path, std::string_view section, std::
   StoreOf(p).WriteINI(StorePath(p, path), section, key, value);
 }
 
+std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view path) {
+  return StoreOf(p).ReadImage(StorePath(p, path));
+}
+
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries) {
   return StoreOf(p).WriteINIKeys(StorePath(p, path), entries);
 }

@@ -15,6 +15,8 @@ class Program;
 std::string ReadINI(Program& p, std::string_view path, std::string_view section, std::string_view key);
 void WriteINI(Program& p, std::string_view path, std::string_view section, std::string_view key,
               std::string_view value);
+// The whole profile file as one image, null when it cannot be read.
+std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view path);
 // Several keys as one change; false when the file could not be written.
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries);
 

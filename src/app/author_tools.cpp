@@ -1,0 +1,131 @@
+#include "app/author_tools.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "bindings/headless/headless_services.h"
+#include "editor/quest_check.h"
+#include "editor/quest_map.h"
+#include "forms/codepage.h"
+#include "forms/program.h"
+#include "play/quest_paths.h"
+#include "shell/forms.h"
+#include "store/program_store.h"
+
+namespace fw {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A headless program standing in the quest's folder, so that media names
+// resolve as they do for a game started there.
+struct ToolProgram {
+  HeadlessPlatform platform;
+  std::unique_ptr<Program> program;
+  std::string quest;  // program path of the quest
+
+  explicit ToolProgram(const std::string& questUtf8) {
+    std::error_code ec;
+    std::string host = fs::absolute(questUtf8, ec).lexically_normal().string();
+    std::string folder = fs::path(host).parent_path().string();
+    program = std::make_unique<Program>(platform.services(), AppInfo{folder, "fablewright", folder, folder},
+                                        AllForms());
+    quest = Cp1252FromUtf8(host);
+  }
+  Program& p() { return *program; }
+};
+
+// The quest's title for a map, or its file name.
+std::string Title(Program& p, const std::string& quest, const std::string& questUtf8) {
+  std::string title = ReadINI(p, quest, "Story Info", "Title");
+  return title.empty() ? Cp1252FromUtf8(fs::path(questUtf8).filename().string()) : title;
+}
+
+// Writes the whole file or nothing: a map is never left half-written.
+bool WriteWhole(const std::string& path, const std::string& bytes) {
+  std::string temp = path + ".tmp-" + std::to_string(::getpid());
+  {
+    std::ofstream file(temp, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (!file) {
+      std::error_code ec;
+      fs::remove(temp, ec);
+      return false;
+    }
+  }
+  std::error_code ec;
+  fs::rename(temp, path, ec);
+  if (ec) fs::remove(temp, ec);
+  return !ec;
+}
+
+}  // namespace
+
+int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  std::string quest, format = "text";
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "--format" && i + 1 < args.size() && (args[i + 1] == "json" || args[i + 1] == "text")) {
+      format = args[++i];
+    } else if (quest.empty() && !args[i].starts_with("--")) {
+      quest = args[i];
+    } else {
+      err << "fablewright: unknown argument for check: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  if (quest.empty()) {
+    err << "fablewright: check needs a QUEST file\n";
+    return 2;
+  }
+  ToolProgram tool(quest);
+  std::optional<std::vector<Finding>> findings = CheckQuest(tool.p(), tool.quest);
+  if (!findings) {
+    err << "fablewright: cannot read the quest " << quest << "\n";
+    return 2;
+  }
+  out << (format == "json" ? FindingsJson(quest, *findings) : FindingsText(quest, *findings));
+  return HasError(*findings) ? 1 : 0;
+}
+
+int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  std::string quest, output;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "-o" && i + 1 < args.size()) output = args[++i];
+    else if (quest.empty() && !args[i].starts_with("-")) quest = args[i];
+    else {
+      err << "fablewright: unknown argument for map: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  std::string format = fs::path(output).extension().string();
+  if (!format.empty()) format.erase(0, 1);
+  if (quest.empty() || output.empty() || (format != "svg" && format != "dot" && format != "png" && format != "pdf")) {
+    err << "fablewright: map needs a QUEST file and -o MAP.svg, .dot, .png or .pdf\n";
+    return 2;
+  }
+  ToolProgram tool(quest);
+  std::shared_ptr<const ProfileImage> image = ReadINIImage(tool.p(), tool.quest);
+  if (!image) {
+    err << "fablewright: cannot read the quest " << quest << "\n";
+    return 2;
+  }
+  QuestGraph graph = BuildQuestGraph(image);
+  std::string bytes, error;
+  if (!RenderQuestMap(graph, Title(tool.p(), tool.quest, quest), format, bytes, error)) {
+    err << "fablewright: " << error << "\n";
+    return 1;
+  }
+  if (!WriteWhole(output, bytes)) {
+    err << "fablewright: cannot write " << output << "\n";
+    return 1;
+  }
+  out << "Map of " << graph.pages.size() << " pages written to " << output << "\n";
+  return 0;
+}
+
+}  // namespace fw
