@@ -9,6 +9,7 @@
 
 #include "bindings/headless/headless_services.h"
 #include "editor/quest_check.h"
+#include "editor/quest_explore.h"
 #include "editor/quest_map.h"
 #include "forms/codepage.h"
 #include "forms/program.h"
@@ -62,6 +63,19 @@ bool WriteWhole(const std::string& path, const std::string& bytes) {
   fs::rename(temp, path, ec);
   if (ec) fs::remove(temp, ec);
   return !ec;
+}
+
+// The explorer's message boxes (a level gained) are all answered OK, and it
+// opens no file dialog.
+class AnswerEveryBox : public Dialogs {
+ public:
+  int MsgBox(std::string_view, int, std::string_view) override { return 1; }
+  std::optional<std::string> FileDialog(const FileDialogRequest&) override { return std::nullopt; }
+};
+
+// A number of one to nine digits.
+bool Count(const std::string& s) {
+  return !s.empty() && s.size() <= 9 && s.find_first_not_of("0123456789") == std::string::npos;
 }
 
 }  // namespace
@@ -125,6 +139,51 @@ int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::
     return 1;
   }
   out << "Map of " << graph.pages.size() << " pages written to " << output << "\n";
+  return 0;
+}
+
+int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  std::string quest;
+  ExploreOptions options;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    bool value = i + 1 < args.size() && Count(args[i + 1]);
+    if (args[i] == "--random" && value) options.randomGames = std::stoi(args[++i]);
+    else if (args[i] == "--seed" && value) options.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
+    else if (args[i] == "--max-states" && value) options.maxStates = std::stoul(args[++i]);
+    else if (quest.empty() && !args[i].starts_with("-")) quest = args[i];
+    else {
+      err << "fablewright: unknown argument for explore: " << args[i] << "\n";
+      return 2;
+    }
+  }
+  if (quest.empty()) {
+    err << "fablewright: explore needs a QUEST file\n";
+    return 2;
+  }
+  // A won fight may raise a level, which the game writes into the quest:
+  // the explorer plays a copy, so the author's file is never written.
+  std::error_code ec;
+  fs::path scratch = fs::temp_directory_path(ec) / ("fablewright-explore-" + std::to_string(::getpid()));
+  fs::create_directories(scratch, ec);
+  fs::path copy = scratch / fs::path(quest).filename();
+  if (!fs::is_regular_file(quest, ec) || !fs::copy_file(quest, copy, fs::copy_options::overwrite_existing, ec)) {
+    err << "fablewright: cannot read the quest " << quest << "\n";
+    fs::remove_all(scratch, ec);
+    return 2;
+  }
+  ToolProgram tool(copy.string());
+  AnswerEveryBox boxes;
+  Services services = tool.platform.services();
+  services.dialogs = &boxes;
+  std::string folder = scratch.string();
+  tool.program = std::make_unique<Program>(services, AppInfo{folder, "fablewright", folder, folder}, AllForms());
+  tool.platform.random.FixSeed(options.seed);
+  bool terminal = ::isatty(2);
+  if (terminal) options.progress = [&](std::size_t states) { err << "\rexploring: " << states << " states" << std::flush; };
+  ExploreReport report = ExploreQuest(tool.p(), tool.quest, options);
+  if (terminal) err << "\r\033[K" << std::flush;
+  fs::remove_all(scratch, ec);
+  out << ExploreReportText(report);
   return 0;
 }
 

@@ -9,5 +9,6 @@ namespace fw {
 // with the words after its name. They give the process's exit code.
 int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
 
 }  // namespace fw

@@ -31,6 +31,9 @@ constexpr const char* kUsage =
     "      and media; one finding a line, exit code 1 on an error.\n"
     "  fablewright map QUEST.fbw -o MAP.svg|MAP.dot|MAP.png|MAP.pdf\n"
     "      Draws the quest's pages and the ways between them, laid out by Graphviz.\n"
+    "  fablewright explore QUEST.fbw [--random N --seed S] [--max-states N]\n"
+    "      Plays every state of a quest headless (or N random games): pages reached and\n"
+    "      never reached, each ending's score range and shortest way, dead ends, battles.\n"
     "  fablewright --help | --version\n";
 
 // The running executable, as the kernel knows it.
@@ -161,6 +164,7 @@ int main(int argc, char** argv) {
   if (command == "script") return Script(rest);
   if (command == "play") return Play(rest);
   if (command == "check") return fw::RunCheckCommand(rest, std::cout, std::cerr);
+  if (command == "explore") return fw::RunExploreCommand(rest, std::cout, std::cerr);
   if (command == "map") return fw::RunMapCommand(rest, std::cout, std::cerr);
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
   std::cerr << "fablewright: unknown argument: " << command << "\n";
