@@ -10,7 +10,6 @@
 #include "forms/codepage.h"
 #include "forms/convert.h"
 #include "forms/program.h"
-#include "play/battle.h"
 #include "play/battle_rules.h"
 #include "play/choose_option.h"
 #include "play/game_state.h"
@@ -98,14 +97,15 @@ Snapshot Play(Program& p, const Snapshot& from, const Move& move) {
   Restore(p, from);
   std::string_view outcome = move.outcome;
   if (move.option) {
+    // The Choose button's work without its press: the press only waits.
     GameState(p).Option(move.option).SetValue(true);
-    frmgame::Picture1_Click(p);
+    ChooseSelectedOption(p);
   } else if (outcome == "win") {
     WinBattle(p);
   } else if (outcome == "loss") {
     LoseBattle(p);
   } else {
-    frmgame::Picture8_Click(p);
+    EscapeBattle(p);
   }
   return Capture(p);
 }
@@ -226,8 +226,13 @@ ExploreReport ExploreQuest(Program& p, std::string_view quest, const ExploreOpti
   std::shared_ptr<const ProfileImage> image = ReadINIImage(p, quest);
   QuestGraph graph = BuildQuestGraph(image ? image : MakeProfileImage(""));
   Tally tally{graph, {}, {}, {}};
+  // The file stands still while it is played, so one image serves the reads.
+  ServeFromImage(p, quest);
   Snapshot start = Start(p, quest);
-  return options.randomGames > 0 ? RandomGames(p, tally, start, options) : Search(p, tally, start, options);
+  ExploreReport report =
+      options.randomGames > 0 ? RandomGames(p, tally, start, options) : Search(p, tally, start, options);
+  StopServingFromImage(p);
+  return report;
 }
 
 std::string ExploreReportText(const ExploreReport& r) {

@@ -125,8 +125,12 @@ void frmgame::Picture7_Click(Program& p) {
 }
 
 void frmgame::Picture8_Click(Program& p) {
-  GameState g(p);
   p.PressAnimation(PictureBox(p.surface(), kForm, "Picture8").id());
+  EscapeBattle(p);
+}
+
+void EscapeBattle(Program& p) {
+  GameState g(p);
   PictureBox(p.surface(), kForm, "BattleBox").SetVisible(false);
   OutcomePage(p, PageKey(p, g, "BattleEscape"));
 }

@@ -22,6 +22,8 @@ void LogLine(Program& p, std::string_view line);
 // The outcomes of a round and of an escape.
 void LoseBattle(Program& p);
 void WinBattle(Program& p);
+// The escape button's work once its press is over.
+void EscapeBattle(Program& p);
 void OutcomePage(Program& p, const std::string& target);
 
 }  // namespace fw

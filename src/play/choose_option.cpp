@@ -58,6 +58,10 @@ void ApplySelectedOption(Program& p) {
 
 void frmgame::Picture1_Click(Program& p) {
   p.PressAnimation(PictureBox(p.surface(), "FrmGame", "Picture1").id());
+  ChooseSelectedOption(p);
+}
+
+void ChooseSelectedOption(Program& p) {
   ApplySelectedOption(p);
   ShowPage(p, PageCaller::ChooseOption);
 }
