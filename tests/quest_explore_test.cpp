@@ -6,9 +6,16 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "app/author_tools.h"
+#include "bindings/headless/headless_services.h"
+#include "editor/battle_balance.h"
+#include "forms/program.h"
+#include "play/game_state.h"
+#include "shell/forms.h"
+#include "test_program.h"
 
 namespace fw {
 namespace {
@@ -40,7 +47,14 @@ TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
   std::string before = FileText(kQuest);
   // Nine states: the yard, the door (always with the key), the cellar door,
   // the fight, the treasure at 11 and at 0, home at 1 and at 0, the wall.
-  EXPECT_EQ(Explore({kQuest}), "States: 9\n" + kCoverage + "Battle at page 6: met in 1 states\n");
+  EXPECT_EQ(Explore({kQuest, "--fights", "0"}), "States: 9\n" + kCoverage + "Battle at page 6: met in 1 states\n");
+  // The rat (5 hp, attack 1) against the character a new game rolls: one
+  // way of arriving, fought a thousand times.
+  std::string balanced = Explore({kQuest});
+  EXPECT_TRUE(std::regex_search(balanced, std::regex("Battle at page 6: met in 1 states\n  arriving with ([0-9]+) of "
+                                                     "\\1 hp, attack [0-9]+: win [0-9.]+%, loss [0-9.]+%, escape open; .* "
+                                                     "\\(1000 fights\\)\n$")))
+      << balanced;
   EXPECT_EQ(FileText(kQuest), before);  // played on a copy
 }
 
@@ -54,6 +68,34 @@ TEST(QuestExplore, BoundStopsTheSearchAndSaysSo) {
   std::string out = Explore({kQuest, "--max-states", "3"});
   EXPECT_EQ(out.rfind("States: 3 (bound reached: coverage is partial)\n", 0), 0u) << out;
   Explore({"missing.fbw"}, 2);
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+// One blow ends this duel: a player's blow that lands kills the gnat (1 hp),
+// and the gnat's kills the player (1 hp). A round is a win when the player
+// hits (69 of 74 hit draws), a loss when the player misses and the gnat hits,
+// and is played again when both miss; so a win has the odds
+// (69/74) / (1 - (5/74)^2) = 5106/5451, and a fight lasts 5476/5451 rounds.
+TEST(BattleBalance, DuelOddsAsEnumeratedByHand) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/duel.fbw";
+  std::filesystem::copy_file(std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/explore/duel.fbw", quest);
+  HeadlessPlatform platform;
+  Program p(platform.services(), AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
+  GameState(p).questfil.SetCaption(quest);
+  FightOdds odds = FightOften(p, "1", 1, 1, 20000);
+  EXPECT_EQ(odds.fights, 20000);
+  EXPECT_EQ(odds.wins + odds.losses, 20000);
+  EXPECT_NEAR(static_cast<double>(odds.wins) / odds.fights, 5106.0 / 5451, 0.006);  // 3.5 standard deviations
+  EXPECT_NEAR(odds.meanRounds, 5476.0 / 5451, 0.004);
+  EXPECT_EQ(odds.meanHpLeft, 1);  // the gnat never strikes in a round it loses
+  EXPECT_EQ(odds.monster, "Gnat");
+  EXPECT_TRUE(odds.escapeOpen);
 }
 
 }  // namespace

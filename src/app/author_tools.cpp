@@ -150,6 +150,7 @@ int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, s
     if (args[i] == "--random" && value) options.randomGames = std::stoi(args[++i]);
     else if (args[i] == "--seed" && value) options.seed = static_cast<std::uint32_t>(std::stoul(args[++i]));
     else if (args[i] == "--max-states" && value) options.maxStates = std::stoul(args[++i]);
+    else if (args[i] == "--fights" && value) options.fights = std::stoi(args[++i]);
     else if (quest.empty() && !args[i].starts_with("-")) quest = args[i];
     else {
       err << "fablewright: unknown argument for explore: " << args[i] << "\n";

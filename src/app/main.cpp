@@ -31,9 +31,10 @@ constexpr const char* kUsage =
     "      and media; one finding a line, exit code 1 on an error.\n"
     "  fablewright map QUEST.fbw -o MAP.svg|MAP.dot|MAP.png|MAP.pdf\n"
     "      Draws the quest's pages and the ways between them, laid out by Graphviz.\n"
-    "  fablewright explore QUEST.fbw [--random N --seed S] [--max-states N]\n"
+    "  fablewright explore QUEST.fbw [--random N] [--seed S] [--max-states N] [--fights N]\n"
     "      Plays every state of a quest headless (or N random games): pages reached and\n"
-    "      never reached, each ending's score range and shortest way, dead ends, battles.\n"
+    "      never reached, each ending's score range and shortest way, dead ends, and each\n"
+    "      battle's odds, fought N times (1000) for the hit points the character arrives with.\n"
     "  fablewright --help | --version\n";
 
 // The running executable, as the kernel knows it.

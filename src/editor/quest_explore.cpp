@@ -11,8 +11,10 @@
 #include "forms/convert.h"
 #include "forms/program.h"
 #include "play/battle_rules.h"
+#include "play/character.h"
 #include "play/choose_option.h"
 #include "play/game_state.h"
+#include "play/page_keys.h"
 #include "play/page_view.h"
 #include "play/start_quest.h"
 #include "store/program_store.h"
@@ -28,7 +30,13 @@ struct Snapshot {
   std::vector<std::string> items;  // List1 as it stands, duplicates kept
   std::array<std::string, 4> captions;
   bool battle = false;
+  float hp = 0, hpMax = 0, exp = 0;  // the character's, which the fights need
+  std::array<std::string, 4> record;  // its numbers in the quest, which a level raises
 };
+
+// The character's numbers as the quest holds them, in the order a level
+// gain writes them.
+constexpr const char* kRecordKeys[4] = {"CharHp", "CharAtk", "CharDef", "CharLevel"};
 
 // The state as the game's rules tell it apart: what shows depends only on
 // which items are held, not on their order or repeats.
@@ -51,6 +59,10 @@ Snapshot Capture(Program& p) {
   for (int n = 1; n <= 4; ++n)
     if (g.Option(n).Visible()) s.captions[n - 1] = g.Option(n).Caption();
   s.battle = PictureBox(p.surface(), kForm, "BattleBox").Visible();
+  s.hp = g.HPPlay.Value();
+  s.hpMax = g.HPPlay.Max();
+  s.exp = g.exp.Value();
+  for (int i = 0; i < 4; ++i) s.record[i] = QuestKey(p, g, "CharacterData", kRecordKeys[i]);
   return s;
 }
 
@@ -67,8 +79,15 @@ void Restore(Program& p, const Snapshot& s) {
   }
   g.Text1.SetText("");  // the transcript would only grow
   PictureBox(p.surface(), kForm, "BattleBox").SetVisible(s.battle);
-  // A win keeps the hit points the fight left: any number above zero.
-  Label(p.surface(), kForm, "Label5").SetCaption("1");
+  g.HPPlay.SetMax(s.hpMax);
+  g.HPPlay.SetValue(s.hp);
+  g.exp.SetValue(s.exp);
+  // A level gained on another branch is put back; only then is the file written.
+  for (int i = 0; i < 4; ++i)
+    if (QuestKey(p, g, "CharacterData", kRecordKeys[i]) != s.record[i])
+      WriteINI(p, g.questfil.Caption(), "CharacterData", kRecordKeys[i], s.record[i]);
+  // A win keeps the hit points the fight left: here those it began with.
+  Label(p.surface(), kForm, "Label5").SetCaption(SingleText(s.hp));
 }
 
 // One way on from a state: an option's number, or a fight's outcome.
@@ -130,11 +149,16 @@ struct Tally {
   std::unordered_map<std::string, std::size_t> reached;  // page -> states
   std::map<std::string, ExploreReport::End> ends;
   std::map<std::string, std::size_t> battles;
+  // page -> the character's numbers on arrival -> a state that has them
+  std::map<std::string, std::map<std::string, Snapshot>> arrivals;
 
   void See(const std::vector<Node>& nodes, int at, bool stuck) {
     const Snapshot& s = nodes[at].snap;
     ++reached[s.pg];
-    if (s.battle) ++battles[s.pg];
+    if (s.battle) {
+      ++battles[s.pg];
+      arrivals[s.pg].try_emplace(SingleText(s.hp) + "/" + SingleText(s.hpMax) + "/" + s.record[1], s);
+    }
     if (!stuck) return;
     int score = static_cast<int>(NumberOr0(s.score));
     int page = graph.PageIndex(s.pg);
@@ -164,11 +188,23 @@ struct Tally {
   }
 };
 
+// A new game, with the character it rolls created as a player would.
 Snapshot Start(Program& p, std::string_view quest) {
   GameState g(p);
   g.questfil.SetCaption(std::string(quest));
   StartQuest(p, QuestEntry::LoadQuestFile);
+  if (PictureBox(p.surface(), kForm, "CharCreate").Visible()) Skip([&] { frmgame::Command9_Click(p); });
   return Capture(p);
+}
+
+// Each battle met, fought for each way of arriving that the walk found.
+void Balance(Program& p, const Tally& tally, int fights, ExploreReport& report) {
+  if (fights <= 0) return;
+  for (const auto& [page, ways] : tally.arrivals)
+    for (const auto& [numbers, snap] : ways) {
+      Restore(p, snap);
+      report.balance.push_back(FightOften(p, page, snap.hp, snap.hpMax, fights));
+    }
 }
 
 ExploreReport Search(Program& p, Tally& tally, const Snapshot& start, const ExploreOptions& o) {
@@ -225,12 +261,13 @@ ExploreReport RandomGames(Program& p, Tally& tally, const Snapshot& start, const
 ExploreReport ExploreQuest(Program& p, std::string_view quest, const ExploreOptions& options) {
   std::shared_ptr<const ProfileImage> image = ReadINIImage(p, quest);
   QuestGraph graph = BuildQuestGraph(image ? image : MakeProfileImage(""));
-  Tally tally{graph, {}, {}, {}};
+  Tally tally{graph, {}, {}, {}, {}};
   // The file stands still while it is played, so one image serves the reads.
   ServeFromImage(p, quest);
   Snapshot start = Start(p, quest);
   ExploreReport report =
       options.randomGames > 0 ? RandomGames(p, tally, start, options) : Search(p, tally, start, options);
+  Balance(p, tally, options.fights, report);
   StopServingFromImage(p);
   return report;
 }
@@ -255,9 +292,12 @@ std::string ExploreReportText(const ExploreReport& r) {
     for (const std::string& step : end.path) out += "\n    " + Utf8FromCp1252(step);
     out += "\n";
   }
-  for (const auto& [page, arrivals] : r.battles)
+  for (const auto& [page, arrivals] : r.battles) {
     out += "Battle at page " + Utf8FromCp1252(page) + ": met " +
            (r.games ? std::to_string(arrivals) + " times" : "in " + std::to_string(arrivals) + " states") + "\n";
+    for (const FightOdds& odds : r.balance)
+      if (odds.page == page) out += "  " + FightOddsText(odds) + "\n";
+  }
   return out;
 }
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "editor/battle_balance.h"
+
 namespace fw {
 
 class Program;
@@ -14,12 +16,17 @@ class Program;
 // Plays a quest through the game's own handlers, headless, from every state
 // reached: the page, the key items held and the score. A fight is left by
 // each of its outcomes (win, loss and, when open, escape), so the
-// character's numbers never decide which pages are met.
+// character's numbers never decide which pages are met; a win is taken with
+// the hit points the character came with. The character is the one a new
+// game rolls and creates. Then each battle met is fought many times for the
+// hit points the character arrived with, for its balance.
 struct ExploreOptions {
   std::size_t maxStates = 20000;   // a bound on the breadth-first search
   int randomGames = 0;             // > 0: play this many random games instead
   std::uint32_t seed = 1;          // for the random games
   std::size_t maxSteps = 1000;     // a random game stops after this many choices
+  int fights = 1000;               // each battle met, fought this often per arrival
+
   std::function<void(std::size_t states)> progress;  // told now and then
 };
 
@@ -36,6 +43,7 @@ struct ExploreReport {
   };
   std::vector<End> ends;           // endings and dead ends, file order
   std::map<std::string, std::size_t> battles;  // battle page -> arrivals (states)
+  std::vector<FightOdds> balance;  // per battle page and hit points on arrival
 };
 
 // Explores the quest in questfil's place on `p`, a program with the game's

@@ -113,11 +113,16 @@ void Battle(Program& p) {
   Skip([&] { v.box.SetVisible(true); });
 }
 
-void frmgame::Picture7_Click(Program& p) {
+void BattleBlows(Program& p) {
   GameState g(p);
   BattleBoxView v(p);
-  p.PressAnimation(PictureBox(p.surface(), kForm, "Picture7").id());
   if (!PlayerBlow(p, g, v)) MonsterBlow(p, g, v);
+}
+
+void frmgame::Picture7_Click(Program& p) {
+  BattleBoxView v(p);
+  p.PressAnimation(PictureBox(p.surface(), kForm, "Picture7").id());
+  BattleBlows(p);
   // Two separate tests: a click can lose and then win.
   if (AtOrBelowZero(v.playerHp.Caption())) LoseBattle(p);
   if (AtOrBelowZero(v.monsterHp.Caption())) WinBattle(p);
