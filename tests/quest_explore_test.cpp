@@ -51,7 +51,7 @@ TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
   // The rat (5 hp, attack 1) against the character a new game rolls: one
   // way of arriving, fought a thousand times.
   std::string balanced = Explore({kQuest});
-  EXPECT_TRUE(std::regex_search(balanced, std::regex("Battle at page 6: met in 1 states\n  arriving with ([0-9]+) of "
+  EXPECT_TRUE(std::regex_search(balanced, std::regex("Battle at page 6 \\(Rat\\): met in 1 states\n  arriving with ([0-9]+) of "
                                                      "\\1 hp, attack [0-9]+: win [0-9.]+%, loss [0-9.]+%, escape open; .* "
                                                      "\\(1000 fights\\)\n$")))
       << balanced;

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -76,6 +77,15 @@ class AnswerEveryBox : public Dialogs {
 // A number of one to nine digits.
 bool Count(const std::string& s) {
   return !s.empty() && s.size() <= 9 && s.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// One line of a terminal, drawn over itself: "[#####-----]  50%  1000 of 2000".
+std::string ProgressBar(std::size_t done, std::size_t total) {
+  constexpr std::size_t kWidth = 30;
+  std::size_t filled = total ? std::min(kWidth, done * kWidth / total) : 0;
+  std::size_t percent = total ? std::min<std::size_t>(100, done * 100 / total) : 0;
+  return "\rexploring [" + std::string(filled, '#') + std::string(kWidth - filled, '-') + "] " +
+         std::to_string(percent) + "%  " + std::to_string(done) + " of " + std::to_string(total);
 }
 
 }  // namespace
@@ -180,7 +190,7 @@ int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, s
   tool.program = std::make_unique<Program>(services, AppInfo{folder, "fablewright", folder, folder}, AllForms());
   tool.platform.random.FixSeed(options.seed);
   bool terminal = ::isatty(2);
-  if (terminal) options.progress = [&](std::size_t states) { err << "\rexploring: " << states << " states" << std::flush; };
+  if (terminal) options.progress = [&](std::size_t done, std::size_t total) { err << ProgressBar(done, total) << std::flush; };
   ExploreReport report = ExploreQuest(tool.p(), tool.quest, options);
   if (terminal) err << "\r\033[K" << std::flush;
   fs::remove_all(scratch, ec);

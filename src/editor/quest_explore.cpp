@@ -224,7 +224,7 @@ ExploreReport Search(Program& p, Tally& tally, const Snapshot& start, const Expl
       }
       nodes.push_back({std::move(next), static_cast<int>(at), move.label});
     }
-    if (o.progress && at % 1000 == 999) o.progress(nodes.size());
+    if (o.progress && at % 1000 == 999) o.progress(nodes.size(), o.maxStates);
   }
   ExploreReport r = tally.Report();
   r.states = nodes.size();
@@ -248,7 +248,7 @@ ExploreReport RandomGames(Program& p, Tally& tally, const Snapshot& start, const
       seen.try_emplace(StateKey(next), 0);
       nodes.push_back({std::move(next), at, move.label});
     }
-    if (o.progress && game % 100 == 99) o.progress(seen.size());
+    if (o.progress && game % 100 == 99) o.progress(game + 1, static_cast<std::size_t>(o.randomGames));
   }
   ExploreReport r = tally.Report();
   r.states = seen.size();
@@ -281,7 +281,9 @@ std::string ExploreReportText(const ExploreReport& r) {
   std::string out;
   if (r.games) out += "Random games: " + std::to_string(r.games) + ", ";
   out += "States: " + std::to_string(r.states) + (r.bounded ? " (bound reached: coverage is partial)" : "") + "\n";
-  out += "Pages reached (" + std::to_string(r.reached.size()) + "): " + list(r.reached) + "\n";
+  // A long list of pages reached says less than the few never reached.
+  out += "Pages reached (" + std::to_string(r.reached.size()) + ")" +
+         (r.reached.size() <= 50 ? ": " + list(r.reached) : std::string()) + "\n";
   out += "Pages never reached (" + std::to_string(r.neverReached.size()) + "): " + list(r.neverReached) + "\n";
   for (const ExploreReport::End& end : r.ends) {
     out += (end.deadEnd ? "Dead end at page " : "Ending at page ") + Utf8FromCp1252(end.page) + ": score " +
@@ -293,7 +295,10 @@ std::string ExploreReportText(const ExploreReport& r) {
     out += "\n";
   }
   for (const auto& [page, arrivals] : r.battles) {
-    out += "Battle at page " + Utf8FromCp1252(page) + ": met " +
+    std::string monster;
+    for (const FightOdds& odds : r.balance)
+      if (odds.page == page) monster = " (" + Utf8FromCp1252(odds.monster) + ")";
+    out += "Battle at page " + Utf8FromCp1252(page) + monster + ": met " +
            (r.games ? std::to_string(arrivals) + " times" : "in " + std::to_string(arrivals) + " states") + "\n";
     for (const FightOdds& odds : r.balance)
       if (odds.page == page) out += "  " + FightOddsText(odds) + "\n";

@@ -27,7 +27,9 @@ struct ExploreOptions {
   std::size_t maxSteps = 1000;     // a random game stops after this many choices
   int fights = 1000;               // each battle met, fought this often per arrival
 
-  std::function<void(std::size_t states)> progress;  // told now and then
+  // Told now and then how far the run is: states met of the bound, or
+  // games played of those asked for.
+  std::function<void(std::size_t done, std::size_t total)> progress;
 };
 
 struct ExploreReport {

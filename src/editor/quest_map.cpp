@@ -58,6 +58,13 @@ std::string Target(const std::string& name, int target, std::set<std::string>& m
   return id;
 }
 
+// Graphviz's layered layout reads best, but takes minutes past a few hundred
+// pages with ways back and forth; the scalable force-directed one takes a
+// second or two for a thousand.
+constexpr std::size_t kLayeredPages = 200;
+
+bool Large(const QuestGraph& g) { return g.pages.size() > kLayeredPages; }
+
 }  // namespace
 
 std::string QuestDot(const QuestGraph& g, std::string_view title) {
@@ -81,8 +88,9 @@ std::string QuestDot(const QuestGraph& g, std::string_view title) {
                "\", style=bold, color=\"" + color + "\", fontcolor=\"" + color + "\"];\n";
     }
   }
-  return "digraph quest {\n  label=\"" + Escaped(title, 200) +
-         "\";\n  labelloc=t;\n  rankdir=TB;\n  node [shape=box, fontname=\"Helvetica\"];\n"
+  std::string layout = Large(g) ? "  overlap=prism;\n" : "  rankdir=TB;\n";
+  return "digraph quest {\n  label=\"" + Escaped(title, 200) + "\";\n  labelloc=t;\n  fontname=\"Helvetica\";\n" +
+         layout + "  node [shape=box, fontname=\"Helvetica\"];\n"
          "  edge [fontname=\"Helvetica\", fontsize=10];\n" + nodes + edges + "}\n";
 }
 
@@ -99,7 +107,7 @@ bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::
     error = "Graphviz could not read the quest's graph";
     return false;
   }
-  if (gvLayout(gvc.get(), g.get(), "dot") != 0) {
+  if (gvLayout(gvc.get(), g.get(), Large(graph) ? "sfdp" : "dot") != 0) {
     error = "Graphviz could not lay out the map";
     return false;
   }
