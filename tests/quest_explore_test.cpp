@@ -52,8 +52,9 @@ TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
   // way of arriving, fought a thousand times.
   std::string balanced = Explore({kQuest});
   EXPECT_TRUE(std::regex_search(balanced, std::regex("Battle at page 6 \\(Rat\\): met in 1 states\n  arriving with ([0-9]+) of "
-                                                     "\\1 hp, attack [0-9]+: win [0-9.]+%, loss [0-9.]+%, escape open; .* "
-                                                     "\\(1000 fights\\)\n$")))
+                                                     "\\1 hp, attack [0-9]+: win [0-9.]+%, loss [0-9.]+%; .* "
+                                                     "\\(1000 fights\\); escaping once a blow could kill: win "
+                                                     "[0-9.]+%, loss [0-9.]+%, escape [0-9.]+%\n$")))
       << balanced;
   EXPECT_EQ(FileText(kQuest), before);  // played on a copy
 }
@@ -96,6 +97,8 @@ TEST(BattleBalance, DuelOddsAsEnumeratedByHand) {
   EXPECT_EQ(odds.meanHpLeft, 1);  // the gnat never strikes in a round it loses
   EXPECT_EQ(odds.monster, "Gnat");
   EXPECT_TRUE(odds.escapeOpen);
+  // The cautious player, at 1 hp against blows of 2 to 9, never stays.
+  EXPECT_EQ(odds.cautiousEscapes, 20000);
 }
 
 }  // namespace

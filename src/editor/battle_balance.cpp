@@ -8,6 +8,7 @@
 #include "forms/program.h"
 #include "play/battle_hooks.h"
 #include "play/battle_rules.h"
+#include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 
@@ -31,9 +32,52 @@ std::string Decimal(double value) {
 
 }  // namespace
 
-FightOdds FightOften(Program& p, const std::string& page, float hp, float hpMax, int fights) {
+namespace {
+
+enum class Ending { Win, Loss, Escape, Undecided };
+
+struct OneFight {
+  Ending ending = Ending::Undecided;
+  int rounds = 0;
+  double hpLeft = 0;
+};
+
+// One fight from Battle's set-up to the attack button's two zero tests, or
+// to an escape before a round that could kill.
+OneFight Fight(Program& p, const std::string& page, float hp, float hpMax, bool cautious) {
   GameState g(p);
   Label playerHp(p.surface(), kForm, "Label5"), monsterHp(p.surface(), kForm, "Label6");
+  g.pg.SetCaption(page);
+  g.HPPlay.SetMax(hpMax);
+  g.HPPlay.SetValue(hp);
+  Battle(p);
+  double strongest = NumberOr0(PageKey(p, g, "BattleMonAtk")) + kDamageRollMost;
+  OneFight f;
+  while (f.rounds < kMaxRounds) {
+    if (cautious && NumberOr0(playerHp.Caption()) <= strongest) {
+      f.ending = Ending::Escape;
+      break;
+    }
+    BattleBlows(p);
+    ++f.rounds;
+    // The attack button's two tests, in its order: a loss goes first.
+    if (AtOrBelowZero(playerHp.Caption())) {
+      f.ending = Ending::Loss;
+      break;
+    }
+    if (AtOrBelowZero(monsterHp.Caption())) {
+      f.ending = Ending::Win;
+      f.hpLeft = NumberOr0(playerHp.Caption());
+      break;
+    }
+  }
+  return f;
+}
+
+}  // namespace
+
+FightOdds FightOften(Program& p, const std::string& page, float hp, float hpMax, int fights) {
+  GameState g(p);
   FightOdds odds;
   odds.page = page;
   odds.hp = hp;
@@ -41,30 +85,15 @@ FightOdds FightOften(Program& p, const std::string& page, float hp, float hpMax,
   double hpLeft = 0, rounds = 0;
   odds.lowestHpLeft = hpMax;
   for (int fight = 0; fight < fights; ++fight) {
-    g.pg.SetCaption(page);
-    g.HPPlay.SetMax(hpMax);
-    g.HPPlay.SetValue(hp);
-    Battle(p);
-    int round = 0;
-    bool lost = false, won = false;
-    while (!lost && !won && round < kMaxRounds) {
-      BattleBlows(p);
-      ++round;
-      // The attack button's two tests, in its order: a loss goes first.
-      lost = AtOrBelowZero(playerHp.Caption());
-      won = AtOrBelowZero(monsterHp.Caption());
-    }
+    OneFight f = Fight(p, page, hp, hpMax, false);
     ++odds.fights;
-    rounds += round;
-    if (lost) {
-      ++odds.losses;
-    } else if (won) {
+    rounds += f.rounds;
+    if (f.ending == Ending::Loss) ++odds.losses;
+    if (f.ending == Ending::Undecided) ++odds.undecided;
+    if (f.ending == Ending::Win) {
       ++odds.wins;
-      double left = NumberOr0(playerHp.Caption());
-      hpLeft += left;
-      odds.lowestHpLeft = std::min(odds.lowestHpLeft, left);
-    } else {
-      ++odds.undecided;
+      hpLeft += f.hpLeft;
+      odds.lowestHpLeft = std::min(odds.lowestHpLeft, f.hpLeft);
     }
   }
   odds.monster = PageKey(p, g, "BattleMonName");
@@ -73,6 +102,12 @@ FightOdds FightOften(Program& p, const std::string& page, float hp, float hpMax,
   odds.meanHpLeft = odds.wins ? hpLeft / odds.wins : 0;
   if (!odds.wins) odds.lowestHpLeft = 0;
   odds.meanRounds = odds.fights ? rounds / odds.fights : 0;
+  for (int fight = 0; odds.escapeOpen && fight < fights; ++fight) {
+    Ending e = Fight(p, page, hp, hpMax, true).ending;
+    odds.cautiousWins += e == Ending::Win;
+    odds.cautiousLosses += e == Ending::Loss;
+    odds.cautiousEscapes += e == Ending::Escape;
+  }
   return odds;
 }
 
@@ -81,9 +116,11 @@ std::string FightOddsText(const FightOdds& o) {
                      (o.attack.empty() ? std::string("(none)") : Utf8FromCp1252(o.attack)) + ": win " +
                      Percent(o.wins, o.fights) + ", loss " + Percent(o.losses, o.fights);
   if (o.undecided) line += ", undecided " + Percent(o.undecided, o.fights);
-  line += o.escapeOpen ? ", escape open" : ", no escape";
   if (o.wins) line += "; hp left on a win " + Decimal(o.meanHpLeft) + " on average, " + NumberText(o.lowestHpLeft) + " at worst";
-  return line + "; " + Decimal(o.meanRounds) + " rounds (" + std::to_string(o.fights) + " fights)";
+  line += "; " + Decimal(o.meanRounds) + " rounds (" + std::to_string(o.fights) + " fights)";
+  if (!o.escapeOpen) return line + "; no escape";
+  return line + "; escaping once a blow could kill: win " + Percent(o.cautiousWins, o.fights) + ", loss " +
+         Percent(o.cautiousLosses, o.fights) + ", escape " + Percent(o.cautiousEscapes, o.fights);
 }
 
 }  // namespace fw
