@@ -2,6 +2,9 @@
 // that fault and nothing else, and the map draws every page once.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -214,6 +217,42 @@ TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
   for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
   EXPECT_EQ(nodes, 6);  // five pages and the missing one
   EXPECT_EQ(RunMapCommand({kFixtures + "clean.fbw", "-o", t.dir.str() + "/map.gif"}, out, err), 2);
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+TEST(QuestCheck, FindingsLeaveInUtf8WithTheirQuotesEscaped) {
+  std::vector<Finding> findings = {{"Caf\xE9", Finding::Level::Warning, "option one \"Entr\xE9\x65\"\ttab"}};
+  EXPECT_EQ(FindingsText("q.fbw", findings), "q.fbw:Caf\xC3\xA9: warning: option one \"Entr\xC3\xA9\x65\"\ttab\n");
+  EXPECT_EQ(FindingsJson("q.fbw", findings),
+            "[\n {\"quest\": \"q.fbw\", \"page\": \"Caf\xC3\xA9\", \"level\": \"warning\", \"message\": \"option one "
+            "\\\"Entr\xC3\xA9\x65\\\"\\u0009tab\"}\n]\n");
+}
+
+// Past the layered layout's reach the map is still one node a page.
+TEST(QuestMap, LargeQuestGetsEveryPage) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/big.fbw", svg = dir.str() + "/big.svg";
+  {
+    std::ofstream out(quest);
+    out << "[Quest Data]\nNumber Of Pages=250\n";
+    for (int p = 1; p <= 250; ++p)
+      out << "[" << p << "]\nLocation=Room " << p << "\nOption One=On\nOption One Destination Page=" << p % 250 + 1
+          << "\nOption Two=Back\nOption Two Destination Page=" << (p * 7) % 250 + 1 << "\n";
+  }
+  std::ostringstream out, err;
+  ASSERT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
+  EXPECT_EQ(out.str(), "Map of 250 pages written to " + svg + "\n");
+  std::ifstream in(svg);
+  std::string text((std::istreambuf_iterator<char>(in)), {});
+  std::ptrdiff_t nodes = 0;
+  for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
+  EXPECT_EQ(nodes, 250);
+  EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
 }
 
 }  // namespace

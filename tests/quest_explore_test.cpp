@@ -103,3 +103,20 @@ TEST(BattleBalance, DuelOddsAsEnumeratedByHand) {
 
 }  // namespace
 }  // namespace fw
+
+namespace fw {
+namespace {
+
+// A way to a page the quest does not have ends the game there: the explorer
+// shows it as a dead end, with the way to it.
+TEST(QuestExplore, MissingPageIsADeadEndWithItsWay) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/gap.fbw";
+  std::ofstream(quest) << "[Quest Data]\nNumber Of Pages=1\n[1]\nOption One=Jump\nOption One Score=+2\n"
+                          "Option One Destination Page=44\n";
+  EXPECT_EQ(Explore({quest}), "States: 2\nPages reached (1): 1\nPages never reached (0): none\n"
+                              "Dead end at page 44: score 2\n  shortest way:\n    option 1 \"Jump\"\n");
+}
+
+}  // namespace
+}  // namespace fw
