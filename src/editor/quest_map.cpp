@@ -65,6 +65,14 @@ constexpr std::size_t kLayeredPages = 200;
 
 bool Large(const QuestGraph& g) { return g.pages.size() > kLayeredPages; }
 
+// One Graphviz context for the whole process: its text-layout plugin keeps
+// font data from one context to the next, so a context freed leaves the next
+// one reading freed memory. It holds no state of ours, only loaded plugins.
+GVC_t* Graphviz() {
+  static GVC_t* const context = gvContext();
+  return context;
+}
+
 }  // namespace
 
 std::string QuestDot(const QuestGraph& g, std::string_view title) {
@@ -97,7 +105,7 @@ std::string QuestDot(const QuestGraph& g, std::string_view title) {
 bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::string& format, std::string& out,
                     std::string& error) {
   std::string dot = QuestDot(graph, title);
-  std::unique_ptr<GVC_t, int (*)(GVC_t*)> gvc(gvContext(), gvFreeContext);
+  GVC_t* gvc = Graphviz();
   if (!gvc) {
     error = "Graphviz could not start";
     return false;
@@ -107,16 +115,16 @@ bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::
     error = "Graphviz could not read the quest's graph";
     return false;
   }
-  if (gvLayout(gvc.get(), g.get(), Large(graph) ? "sfdp" : "dot") != 0) {
+  if (gvLayout(gvc, g.get(), Large(graph) ? "sfdp" : "dot") != 0) {
     error = "Graphviz could not lay out the map";
     return false;
   }
   char* data = nullptr;
   unsigned int length = 0;
-  int rc = gvRenderData(gvc.get(), g.get(), format.c_str(), &data, &length);
+  int rc = gvRenderData(gvc, g.get(), format.c_str(), &data, &length);
   if (rc == 0 && data) out.assign(data, length);
   if (data) gvFreeRenderData(data);
-  gvFreeLayout(gvc.get(), g.get());
+  gvFreeLayout(gvc, g.get());
   if (rc != 0) {
     error = "Graphviz cannot write the format " + format;
     return false;
