@@ -14,6 +14,7 @@ packages=(
   libfluidsynth-dev timgm6mb-soundfont
   libreadline-dev python3
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev
+  libgraphviz-dev graphviz
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2 fonts-dejavu-core
   desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev

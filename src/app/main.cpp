@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/assembly.h"
+#include "app/author_tools.h"
 #include "bindings/headless/script_runner.h"
 #include "bindings/qt/qt_desktop.h"
 #include "bindings/terminal/terminal_player.h"
@@ -31,6 +32,15 @@ constexpr const char* kUsage =
     "  fablewright ini get FILE SECTION KEY [--scrambled] [--home DIR]\n"
     "  fablewright ini set FILE SECTION KEY VALUE [--scrambled] [--home DIR]\n"
     "      Reads or writes one key of a quest, saved game or character file.\n"
+    "  fablewright check QUEST.fbw [--format json]\n"
+    "      Checks a quest for broken links, unreachable pages, dead ends, items, battles\n"
+    "      and media; one finding a line, exit code 1 on an error.\n"
+    "  fablewright map QUEST.fbw -o MAP.svg|MAP.dot|MAP.png|MAP.pdf\n"
+    "      Draws the quest's pages and the ways between them, laid out by Graphviz.\n"
+    "  fablewright explore QUEST.fbw [--random N] [--seed S] [--max-states N] [--fights N]\n"
+    "      Plays every state of a quest headless (or N random games): pages reached and\n"
+    "      never reached, each ending's score range and shortest way, dead ends, and each\n"
+    "      battle's odds, fought N times (1000) for the hit points the character arrives with.\n"
     "  fablewright --help | --version\n";
 
 // The running executable, as the kernel knows it.
@@ -220,6 +230,9 @@ int main(int argc, char** argv) {
   if (command == "script") return Script(rest);
   if (command == "play") return Play(rest);
   if (command == "edit") return Edit(rest, argc, argv);
+  if (command == "check") return fw::RunCheckCommand(rest, std::cout, std::cerr);
+  if (command == "explore") return fw::RunExploreCommand(rest, std::cout, std::cerr);
+  if (command == "map") return fw::RunMapCommand(rest, std::cout, std::cerr);
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
   return Run(args, argc, argv);
 }

@@ -12,6 +12,7 @@
 #include "play/draws.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
+#include "play/page_rules.h"
 #include "play/quest_paths.h"
 
 namespace fw {
@@ -102,7 +103,7 @@ void Battle(Program& p) {
                                               : LoadQuestPicture(p, image, QuestFolder(p, g.questfil.Caption())));
   });
   Skip([&] { g.Music.SetCaption(key("BattleMusic")); });
-  if (key("BattleEscapecheck") == "0") Skip([&] { v.escape.SetEnabled(false); });
+  if (EscapeClosed(key("BattleEscapecheck"))) Skip([&] { v.escape.SetEnabled(false); });
   Skip([&] { v.log.SetText("You are under attack from " + key("BattleMonName") + "!"); });
   Skip([&] { PlayMp3(p, Locate(p, g, key("BattleMp3"))); });
   Skip([&] {
@@ -112,11 +113,16 @@ void Battle(Program& p) {
   Skip([&] { v.box.SetVisible(true); });
 }
 
-void frmgame::Picture7_Click(Program& p) {
+void BattleBlows(Program& p) {
   GameState g(p);
   BattleBoxView v(p);
-  p.PressAnimation(PictureBox(p.surface(), kForm, "Picture7").id());
   if (!PlayerBlow(p, g, v)) MonsterBlow(p, g, v);
+}
+
+void frmgame::Picture7_Click(Program& p) {
+  BattleBoxView v(p);
+  p.PressAnimation(PictureBox(p.surface(), kForm, "Picture7").id());
+  BattleBlows(p);
   // Two separate tests: a click can lose and then win.
   if (AtOrBelowZero(v.playerHp.Caption())) LoseBattle(p);
   if (AtOrBelowZero(v.monsterHp.Caption())) WinBattle(p);
@@ -124,8 +130,12 @@ void frmgame::Picture7_Click(Program& p) {
 }
 
 void frmgame::Picture8_Click(Program& p) {
-  GameState g(p);
   p.PressAnimation(PictureBox(p.surface(), kForm, "Picture8").id());
+  EscapeBattle(p);
+}
+
+void EscapeBattle(Program& p) {
+  GameState g(p);
   PictureBox(p.surface(), kForm, "BattleBox").SetVisible(false);
   OutcomePage(p, PageKey(p, g, "BattleEscape"));
 }

@@ -7,6 +7,7 @@
 #include "forms/program.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
+#include "play/page_rules.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
 
@@ -35,7 +36,7 @@ void ApplyOption(Program& p, const GameState& g, int n, std::int16_t& score) {
   const OptionKeys& keys = KeysOf(n);
   Skip([&] {
     std::string item = PageKey(p, g, keys.item);
-    if (!item.empty() && PageKey(p, g, keys.add) == "1") g.List1.AddItem(item);
+    if (GivesItem(item, PageKey(p, g, keys.add))) g.List1.AddItem(item);
   });
   Skip([&] { score = AddScore(score, PageKey(p, g, keys.score)); });
   Skip([&] { g.score.SetCaption(NumberText(score)); });
@@ -57,6 +58,10 @@ void ApplySelectedOption(Program& p) {
 
 void frmgame::Picture1_Click(Program& p) {
   p.PressAnimation(PictureBox(p.surface(), "FrmGame", "Picture1").id());
+  ChooseSelectedOption(p);
+}
+
+void ChooseSelectedOption(Program& p) {
   ApplySelectedOption(p);
   ShowPage(p, PageCaller::ChooseOption);
 }

@@ -17,6 +17,10 @@ void Picture1_Click(Program& p);
 // page; nothing when no option is selected.
 void ApplySelectedOption(Program& p);
 
+// The Choose button's work once its press is over: the option step, then the
+// page show. Tools that play many moves call it without the press's wait.
+void ChooseSelectedOption(Program& p);
+
 // The same step under the name the game logic uses for it.
 inline void ChooseOption(Program& p) { frmgame::Picture1_Click(p); }
 

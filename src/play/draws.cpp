@@ -24,7 +24,7 @@ int RollAbove(Program& p, int n, int floor, const std::function<void(int)>& each
 
 int HitDraw(Program& p) { return RollAbove(p, 100, 25); }
 
-int DamageRoll(Program& p) { return RollAbove(p, 10, 1); }
+int DamageRoll(Program& p) { return RollAbove(p, kDamageRollSize, 1); }
 
 void RollInto(Program& p, const TextBox& box, int n, int floor) {
   RollAbove(p, n, floor, [&](int value) { box.SetText(std::to_string(value)); });

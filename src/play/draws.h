@@ -22,6 +22,9 @@ int HitDraw(Program& p);
 
 // A blow's damage on top of the attack value: 2 to 9.
 int DamageRoll(Program& p);
+inline constexpr int kDamageRollSize = 10;
+// The most a damage roll adds.
+inline constexpr int kDamageRollMost = kDamageRollSize - 1;
 
 // A Re-Roll loop: every draw shows in the box at once, the last one stays.
 void RollInto(Program& p, const TextBox& box, int n, int floor);

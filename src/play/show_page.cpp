@@ -9,6 +9,7 @@
 #include "play/list_find.h"
 #include "play/page_keys.h"
 #include "play/page_media.h"
+#include "play/page_rules.h"
 
 namespace fw {
 namespace {
@@ -43,12 +44,12 @@ void RequiredGating(Program& p, const GameState& g) {
   for (int n = 1; n <= 4; ++n) {
     Skip([&] {
       if (Held(p, g, n)) g.Option(n).SetCaption(PageKey(p, g, KeysOf(n).text));
-      else if (PageKey(p, g, KeysOf(n).required) == "1") g.Option(n).SetCaption("");
+      else if (RequiredHides(false, PageKey(p, g, KeysOf(n).required))) g.Option(n).SetCaption("");
     });
   }
   for (int n = 1; n <= 4; ++n) {
     Skip([&] {
-      if (PageKey(p, g, KeysOf(n).required) == "0") g.Option(n).SetCaption(PageKey(p, g, KeysOf(n).text));
+      if (ShownWhateverHeld(PageKey(p, g, KeysOf(n).required))) g.Option(n).SetCaption(PageKey(p, g, KeysOf(n).text));
     });
   }
 }
@@ -58,7 +59,7 @@ void RequiredGating(Program& p, const GameState& g) {
 void AddGating(Program& p, const GameState& g) {
   for (int n = 1; n <= 4; ++n) {
     Skip([&] {
-      if (Held(p, g, n) && IsNumberOne(PageKey(p, g, KeysOf(n).add))) g.Option(n).SetCaption("");
+      if (AddHides(Held(p, g, n), PageKey(p, g, KeysOf(n).add))) g.Option(n).SetCaption("");
     });
   }
 }
@@ -68,7 +69,7 @@ void HealStep(Program& p, const GameState& g) {
 }
 
 void BattleStep(Program& p, const GameState& g) {
-  if (IsNumberOne(PageKey(p, g, "Battle"))) Battle(p);
+  if (StartsBattle(PageKey(p, g, "Battle"))) Battle(p);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/page_media.h"
+#include "play/page_rules.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
 
@@ -19,7 +20,7 @@ constexpr float kGameHeight = 6600;  // twips
 // The character panel opens in create mode when the quest asks for a
 // character. Only a fresh load also shows the experience bar.
 void OpenCharacterPanel(Program& p, const GameState& g, QuestEntry entry) {
-  if (QuestKey(p, g, "CharacterData", "CharCreateAllow") != "1") return;
+  if (!AsksForCharacter(QuestKey(p, g, "CharacterData", "CharCreateAllow"))) return;
   FormSurface& s = p.surface();
   g.Text6.SetText(QuestKey(p, g, "CharacterData", "CharName"));
   // Re-Roll draws the first character.
@@ -43,11 +44,11 @@ void WriteBanner(Program& p, const GameState& g) {
 
 // Page 1 into the transcript and the page fields.
 void EnterFirstPage(Program& p, const GameState& g) {
-  AppendBlock(g, QuestKey(p, g, "1", "Location"));
-  AppendBlock(g, QuestKey(p, g, "1", "Page Text"));
-  g.room.SetText(QuestKey(p, g, "1", "Page Text"));
-  g.pg.SetCaption("1");
-  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(QuestKey(p, g, "1", KeysOf(n).text));
+  AppendBlock(g, QuestKey(p, g, kFirstPage, "Location"));
+  AppendBlock(g, QuestKey(p, g, kFirstPage, "Page Text"));
+  g.room.SetText(QuestKey(p, g, kFirstPage, "Page Text"));
+  g.pg.SetCaption(std::string(kFirstPage));
+  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(QuestKey(p, g, kFirstPage, KeysOf(n).text));
   g.score.SetCaption("0");
 }
 

@@ -54,6 +54,12 @@ std::optional<std::string> QuestStore::TryReadINI(std::string_view path, std::st
   return std::string(FindProfileValue(text, UpToNul(section), UpToNul(key)));
 }
 
+std::shared_ptr<const ProfileImage> QuestStore::ReadImage(std::string_view path) const {
+  std::string text;
+  if (path.empty() || disk_->Read(Resolve(path), text, nullptr) != 0) return nullptr;
+  return MakeProfileImage(std::move(text));
+}
+
 void QuestStore::WriteINI(std::string_view path, std::string_view section, std::string_view key,
                           std::string_view value) const {
   const Entry entry{section, key, value};

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/profile_image.h"
 #include "store/store_disk.h"
 
 namespace fw {
@@ -28,6 +29,10 @@ class QuestStore {
   // regular file, or refused.
   std::optional<std::string> TryReadINI(std::string_view path, std::string_view section,
                                         std::string_view key) const;
+
+  // The whole file read once, for a tool that looks at all of it; null when
+  // it cannot be read, as TryReadINI fails.
+  std::shared_ptr<const ProfileImage> ReadImage(std::string_view path) const;
 
   // Writes the key; silent when it cannot. Atomic: the file on disk is the old
   // one or the new one, never a torn mix.

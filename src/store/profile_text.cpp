@@ -2,60 +2,12 @@
 #include <cstring>
 
 #include "store/profile.h"
+#include "store/profile_grammar.h"
 
 namespace fw {
 namespace {
 
-constexpr std::string_view kBom = "\xEF\xBB\xBF";
-
-// Blanks trimmed around section names, keys and values.
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
-
-// The text without blanks at either end.
-std::string_view Trim(std::string_view s) {
-  std::size_t b = 0, e = s.size();
-  while (b < e && IsBlank(s[b])) ++b;
-  while (e > b && IsBlank(s[e - 1])) --e;
-  return s.substr(b, e - b);
-}
-
-// ASCII letters compared without case, as section and key lookups do.
-bool SameNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    char x = a[i], y = b[i];
-    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x + 32);
-    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y + 32);
-    if (x != y) return false;
-  }
-  return true;
-}
-
-// One line: its content [begin, end) and where the next line starts. CR LF,
-// LF and a lone CR all end a line.
-struct Line {
-  std::size_t begin, end, next;
-};
-
-Line LineAt(std::string_view t, std::size_t begin) {
-  const char* start = t.data() + begin;
-  std::size_t left = t.size() - begin;
-  const void* lf = std::memchr(start, '\n', left);
-  // A CR can only end the line before the first LF.
-  std::size_t limit = lf ? static_cast<const char*>(lf) - start : left;
-  const void* cr = std::memchr(start, '\r', limit);
-  std::size_t end = begin + (cr ? static_cast<const char*>(cr) - start : limit);
-  std::size_t next = end;
-  if (next < t.size()) next += (t[next] == '\r' && next + 1 < t.size() && t[next + 1] == '\n') ? 2 : 1;
-  return {begin, end, next};
-}
-
-// The first non-blank character of a line, or 0 for a blank line.
-char Lead(std::string_view line) {
-  for (char c : line)
-    if (!IsBlank(c)) return c;
-  return 0;
-}
+using namespace profile_grammar;
 
 // True when a header's name, from `at` (just behind its "["), is the section:
 // the name runs to the first "]" or the line's end, blanks trimmed.
@@ -103,9 +55,8 @@ KeyHit FindKey(std::string_view t, std::size_t from, std::string_view key) {
     char lead = Lead(text);
     if (lead == '[') break;
     if (lead != 0) hit.afterLastText = line.next;
-    std::size_t eq = text.find('=');
-    if (lead != ';' && eq != std::string_view::npos) {
-      std::string_view stored = Trim(text.substr(0, eq));
+    std::string_view stored;
+    if (KeyOfLine(text, stored)) {
       if (SameNoCase(stored, key)) {
         hit.found = true;
         hit.line = line;
@@ -138,11 +89,7 @@ std::string_view FindProfileValue(std::string_view text, std::string_view sectio
   if (from == std::string_view::npos) return {};
   KeyHit hit = FindKey(text, from, key);
   if (!hit.found) return {};
-  std::string_view line = text.substr(hit.line.begin, hit.line.end - hit.line.begin);
-  std::string_view value = Trim(line.substr(line.find('=') + 1));
-  if (value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
-    value = value.substr(1, value.size() - 2);
-  return value.substr(0, kMaxValueLength);
+  return ValueOfLine(text.substr(hit.line.begin, hit.line.end - hit.line.begin), kMaxValueLength);
 }
 
 std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,

@@ -12,6 +12,9 @@ namespace {
 // The store of one program, made at its first use on the program's per-user folder.
 struct ProgramStore {
   std::optional<QuestStore> store;
+  // A file served from memory while a tool plays it: its store path and image.
+  std::string servedPath;
+  std::shared_ptr<const ProfileImage> served;
 };
 
 const QuestStore& StoreOf(Program& p) {
@@ -31,19 +34,59 @@ std::string StorePath(const Program& p, std::string_view path) {
   return std::string(path);
 }
 
+// The image that serves reads of this store path, or null.
+const ProfileImage* ServedImage(Program& p, const std::string& storePath) {
+  ProgramStore& module = p.Module<ProgramStore>();
+  return module.served && module.servedPath == storePath ? module.served.get() : nullptr;
+}
+
+// A write reaches the disk as always; the image is then read afresh from it.
+void AfterWrite(Program& p, const std::string& storePath) {
+  ProgramStore& module = p.Module<ProgramStore>();
+  if (module.served && module.servedPath == storePath) module.served = StoreOf(p).ReadImage(storePath);
+}
+
+// Names and keys pass to the file's reader as C strings.
+std::string_view UpToNul(std::string_view s) { return s.substr(0, s.find('\0')); }
+
 }  // namespace
 
 std::string ReadINI(Program& p, std::string_view path, std::string_view section, std::string_view key) {
-  return StoreOf(p).ReadINI(StorePath(p, path), section, key);
+  std::string store = StorePath(p, path);
+  if (const ProfileImage* image = ServedImage(p, store)) return std::string(image->Value(UpToNul(section), UpToNul(key)));
+  return StoreOf(p).ReadINI(store, section, key);
 }
 
 void WriteINI(Program& p, std::string_view path, std::string_view section, std::string_view key,
               std::string_view value) {
-  StoreOf(p).WriteINI(StorePath(p, path), section, key, value);
+  std::string store = StorePath(p, path);
+  StoreOf(p).WriteINI(store, section, key, value);
+  AfterWrite(p, store);
+}
+
+bool ServeFromImage(Program& p, std::string_view path) {
+  ProgramStore& module = p.Module<ProgramStore>();
+  std::string store = StorePath(p, path);
+  module.served = StoreOf(p).ReadImage(store);
+  module.servedPath = module.served ? store : std::string();
+  return module.served != nullptr;
+}
+
+void StopServingFromImage(Program& p) {
+  ProgramStore& module = p.Module<ProgramStore>();
+  module.served.reset();
+  module.servedPath.clear();
+}
+
+std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view path) {
+  return StoreOf(p).ReadImage(StorePath(p, path));
 }
 
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries) {
-  return StoreOf(p).WriteINIKeys(StorePath(p, path), entries);
+  std::string store = StorePath(p, path);
+  bool written = StoreOf(p).WriteINIKeys(store, entries);
+  AfterWrite(p, store);
+  return written;
 }
 
 std::optional<std::string> ReadINIText(Program& p, std::string_view path) {

@@ -1,0 +1,14 @@
+#pragma once
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace fw {
+
+// The author tools on the command line: `check`, `map` and `explore`, each
+// with the words after its name. They give the process's exit code.
+int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+}  // namespace fw

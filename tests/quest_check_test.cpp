@@ -1,0 +1,259 @@
+// The author tools on quests with one known fault each: the checker finds
+// that fault and nothing else, and the map draws every page once.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+
+#include "app/author_tools.h"
+#include "editor/quest_check.h"
+#include "editor/quest_graph.h"
+#include "editor/quest_map.h"
+#include "play/page_rules.h"
+#include "store/profile.h"
+#include "store/profile_image.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+const std::string kFixtures = std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/check/";
+
+struct ToolRun {
+  int code;
+  std::string out, err;
+};
+
+ToolRun Check(const std::string& quest, std::vector<std::string> extra = {}) {
+  std::ostringstream out, err;
+  std::vector<std::string> args{quest};
+  args.insert(args.end(), extra.begin(), extra.end());
+  int code = RunCheckCommand(args, out, err);
+  return {code, out.str(), err.str()};
+}
+
+// The findings of a fixture, without the quest's path in front.
+std::vector<std::string> FindingsOf(const std::string& name, int& code) {
+  ToolRun run = Check(kFixtures + name + ".fbw");
+  code = run.code;
+  std::vector<std::string> lines;
+  std::istringstream in(run.out);
+  for (std::string line; std::getline(in, line);) {
+    EXPECT_EQ(line.rfind(kFixtures + name + ".fbw:", 0), 0u) << line;
+    lines.push_back(line.substr(kFixtures.size() + name.size() + 5));
+  }
+  return lines;
+}
+
+struct Expected {
+  const char* fixture;
+  int code;
+  std::vector<std::string> findings;
+};
+
+TEST(QuestCheck, EachFixtureGivesItsOneFaultAndNothingElse) {
+  const std::vector<Expected> cases = {
+      {"clean", 0, {}},
+      {"media-found", 0, {}},
+      {"destination-missing", 1,
+       {"2: error: option two \"Go down to the rat\" leads to page \"44\", which the quest does not have"}},
+      {"destination-blank", 1, {"2: error: option two \"Go down to the rat\" has no destination page"}},
+      {"battle-exit-missing", 1, {"4: error: the battle's BattleWin page \"12\" is not in the quest"}},
+      {"unreachable", 0, {"6: warning: no option, battle outcome or start reaches this page"}},
+      {"dead-end", 1,
+       {"3: warning: dead end: none of its options can ever show, and there is no battle",
+        "3: error: option one \"Wear the crown\" requires and adds the same item \"Crown\": it never shows"}},
+      {"item-never-given", 1,
+       {"2: error: option one \"Open the door\" requires the key item \"Crown\", which nothing in the quest gives"}},
+      {"requires-and-adds", 1,
+       {"2: error: option one \"Open the door\" requires and adds the same item \"Key\": it never shows"}},
+      {"add-without-item", 1,
+       {"1: error: option two \"Walk to the door\" has Add set and no key item: it never shows"}},
+      {"score-not-number", 1,
+       {"1: error: option one \"Take the key\" has the score \"lots\", which is no number: the score stays as it was"}},
+      {"monster-hp-not-number", 1, {"4: error: the monster's hit points \"ten\" are no number"}},
+      {"monster-hp-plus-sign", 0,
+       {"4: warning: the monster's hit points \"+12\" count as already beaten, since the fight tests the text, which "
+        "sorts before \"0\": a first round in which the player misses wins the fight; write 12 instead"}},
+      {"monster-attack-not-number", 1,
+       {"4: error: the monster's attack \"strong\" is no number: its blows deal only the dice's 2 to 9"}},
+      {"battle-without-character", 1,
+       {"4: error: a battle on a quest without a character (CharCreateAllow is not 1): the player fights with 0 "
+        "hit points and loses the first round"}},
+      {"media-missing", 1, {"3: error: Image names \"pics\\gold.bmp\", which cannot be found"}},
+      {"beyond-page-count", 0,
+       {"5: warning: the editor cannot reach this page: its list holds pages 1 to 4 (Number Of Pages)"}},
+      {"line-break", 0,
+       {"3: warning: the value of Page Text has a line break in the file: only the line before it is read, and "
+        "\"The end.\" is lost"}},
+  };
+  for (const Expected& e : cases) {
+    int code = -1;
+    EXPECT_EQ(FindingsOf(e.fixture, code), e.findings) << e.fixture;
+    EXPECT_EQ(code, e.code) << e.fixture;
+  }
+}
+
+TEST(QuestCheck, JsonCarriesTheSameFindingsAndAMissingFileIsNoCheck) {
+  ToolRun run = Check(kFixtures + "destination-missing.fbw", {"--format", "json"});
+  EXPECT_EQ(run.code, 1);
+  EXPECT_NE(run.out.find("\"page\": \"2\", \"level\": \"error\", \"message\": \"option two \\\"Go down to the rat\\\""),
+            std::string::npos)
+      << run.out;
+  EXPECT_EQ(Check(kFixtures + "clean.fbw", {"--format", "json"}).out, "[]\n");
+  ToolRun missing = Check(kFixtures + "no-such-quest.fbw");
+  EXPECT_EQ(missing.code, 2);
+  EXPECT_EQ(missing.err, "fablewright: cannot read the quest " + kFixtures + "no-such-quest.fbw\n");
+}
+
+// The demo ships without its media, which the build makes: everything else
+// about it is sound.
+TEST(QuestCheck, DemoQuestLacksOnlyItsBuiltMedia) {
+  ToolRun run = Check(std::string(FABLEWRIGHT_SOURCE_DIR) + "/quests/demo/demo.fbw");
+  std::istringstream in(run.out);
+  int lines = 0;
+  for (std::string line; std::getline(in, line); ++lines)
+    EXPECT_TRUE(std::regex_search(line, std::regex(": error: (Image|Music|Mp3|Movie) names \"[a-z]+\\.[a-z]+\", which "
+                                                   "cannot be found$")))
+        << line;
+  EXPECT_EQ(lines, 6);
+}
+
+// Findings on quests made in memory, for the cases a file per fault would
+// only repeat.
+std::vector<std::string> CheckText(const std::string& text) {
+  testing::TestProgram t({});
+  QuestGraph graph = BuildQuestGraph(MakeProfileImage(text));
+  std::vector<std::string> out;
+  for (const Finding& f : CheckQuestGraph(t.program, graph, t.dir.str()))
+    out.push_back(f.page + ": " + (f.level == Finding::Level::Error ? "error: " : "warning: ") + f.message);
+  return out;
+}
+
+const std::string kHead = "[Quest Data]\nNumber Of Pages=3\n[CharacterData]\nCharCreateAllow=1\n";
+const std::string kFight = "[1]\nBattle=1\nBattleMonAtk=3\nBattleWin=2\nBattleLose=3\nBattleEscapecheck=0\n";
+const std::string kEnds = "[2]\nPage Text=Won\n[3]\nPage Text=Lost\n";
+
+TEST(QuestCheck, MonsterHitPointsAsTheFightReadsThem) {
+  auto hp = [](const std::string& value) { return CheckText(kHead + kFight + "BattleMonHp=" + value + "\n" + kEnds); };
+  EXPECT_EQ(hp("12"), std::vector<std::string>{});
+  EXPECT_EQ(hp("0.5"), std::vector<std::string>{});  // sorts after "0": alive
+  ASSERT_EQ(hp(".5").size(), 1u);
+  EXPECT_NE(hp(".5")[0].find("\".5\" count as already beaten"), std::string::npos);
+  EXPECT_EQ(hp("-3"), std::vector<std::string>{"1: warning: the monster's hit points \"-3\" are at or below zero: "
+                                               "the first round wins the fight"});
+  ASSERT_EQ(hp("").size(), 1u);
+  EXPECT_NE(hp("")[0].find("no hit points"), std::string::npos);
+}
+
+TEST(QuestCheck, ReachAndPagesByTheGamesRules) {
+  // A closed escape needs no page; a destination's letter case does not
+  // matter, as section names do not.
+  std::string quest = "[Quest Data]\nNumber Of Pages=2\n[1]\nOption One=Go\nOption One Destination Page=Two\n"
+                      "[two]\nPage Text=End\n";
+  EXPECT_EQ(CheckText(quest), std::vector<std::string>{
+                                  "two: warning: the editor cannot reach this page: its list holds pages 1 to 2 "
+                                  "(Number Of Pages)"});
+  EXPECT_EQ(CheckText("[Quest Data]\nNumber Of Pages=1\n[2]\nPage Text=x\n"),
+            (std::vector<std::string>{"1: error: the quest has no page 1, where every game starts",
+                                      "2: warning: the editor cannot reach this page: its list holds pages 1 to 1 "
+                                      "(Number Of Pages)",
+                                      "2: warning: no option, battle outcome or start reaches this page"}));
+  EXPECT_EQ(CheckText("[1]\nPage Text=x\n"),
+            std::vector<std::string>{"Quest Data: error: Number Of Pages is missing: the editor cannot load the quest"});
+}
+
+// The gating table of the page show, row by row: Required, item held, Add.
+TEST(PageRules, OptionShowsByTheGatingTable) {
+  EXPECT_FALSE(OptionShows("Go", "1", false, ""));
+  EXPECT_TRUE(OptionShows("Go", "1", true, "0"));
+  EXPECT_TRUE(OptionShows("Go", "", false, ""));
+  EXPECT_TRUE(OptionShows("Go", "0", false, "abc"));
+  EXPECT_FALSE(OptionShows("Go", "1", true, "1"));
+  EXPECT_FALSE(OptionShows("Go", "0", true, "01"));
+  EXPECT_TRUE(OptionShows("Go", "", false, "1"));
+  EXPECT_FALSE(OptionShows("", "0", true, ""));
+  EXPECT_TRUE(GivesItem("Key", "1"));
+  EXPECT_FALSE(GivesItem("Key", "01"));  // gating counts it as 1, the hand-out does not
+  EXPECT_FALSE(GivesItem("", "1"));
+}
+
+// The image gives what a read of the file gives, key by key, on the
+// grammar's awkward corners.
+TEST(ProfileImage, ReadsAsTheKeyByKeyReader) {
+  const std::string text =
+      "\xEF\xBB\xBF; comment\r\n[ One ]\r\nA = 1 \r\na=2\r\n;B=3\r\nC='quoted'\rD=\"x\"\n[two]extra\nA=t\n"
+      "  [One]\nA=again\nE=\n[three\nA=3\n[]\nA=none\nstray line\n[Four]\n F =  spaced value  \n";
+  ProfileImage image(text);
+  for (const char* section : {"One", "one", " One", "two", "TWO", "three", "Four", "", "missing", "two]extra"})
+    for (const char* key : {"A", "a", "B", "C", "D", "E", "F", " F", "missing"})
+      EXPECT_EQ(image.Value(section, key), FindProfileValue(text, section, key)) << section << "/" << key;
+  ASSERT_EQ(image.Sections().size(), 6u);
+  EXPECT_EQ(image.Sections()[4].strays.size(), 1u);
+  EXPECT_EQ(image.Sections()[4].strays[0].afterKey, "A");
+}
+
+TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
+  testing::TestProgram t({});
+  std::ostringstream out, err;
+  std::string svg = t.dir.str() + "/map.svg";
+  ASSERT_EQ(RunMapCommand({kFixtures + "destination-missing.fbw", "-o", svg}, out, err), 0) << err.str();
+  std::ifstream in(svg);
+  std::string text((std::istreambuf_iterator<char>(in)), {});
+  for (int i = 0; i < 5; ++i) {
+    std::string title = "<title>p" + std::to_string(i) + "</title>";
+    std::size_t at = text.find(title);
+    EXPECT_NE(at, std::string::npos) << title;
+    EXPECT_EQ(text.find(title, at + 1), std::string::npos) << title;
+  }
+  EXPECT_EQ(text.find("<title>p5</title>"), std::string::npos);
+  EXPECT_NE(text.find("no page 44"), std::string::npos);
+  std::ptrdiff_t nodes = 0;
+  for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
+  EXPECT_EQ(nodes, 6);  // five pages and the missing one
+  EXPECT_EQ(RunMapCommand({kFixtures + "clean.fbw", "-o", t.dir.str() + "/map.gif"}, out, err), 2);
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+TEST(QuestCheck, FindingsLeaveInUtf8WithTheirQuotesEscaped) {
+  std::vector<Finding> findings = {{"Caf\xE9", Finding::Level::Warning, "option one \"Entr\xE9\x65\"\ttab"}};
+  EXPECT_EQ(FindingsText("q.fbw", findings), "q.fbw:Caf\xC3\xA9: warning: option one \"Entr\xC3\xA9\x65\"\ttab\n");
+  EXPECT_EQ(FindingsJson("q.fbw", findings),
+            "[\n {\"quest\": \"q.fbw\", \"page\": \"Caf\xC3\xA9\", \"level\": \"warning\", \"message\": \"option one "
+            "\\\"Entr\xC3\xA9\x65\\\"\\u0009tab\"}\n]\n");
+}
+
+// Past the layered layout's reach the map is still one node a page.
+TEST(QuestMap, LargeQuestGetsEveryPage) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/big.fbw", svg = dir.str() + "/big.svg";
+  {
+    std::ofstream out(quest);
+    out << "[Quest Data]\nNumber Of Pages=250\n";
+    for (int p = 1; p <= 250; ++p)
+      out << "[" << p << "]\nLocation=Room " << p << "\nOption One=On\nOption One Destination Page=" << p % 250 + 1
+          << "\nOption Two=Back\nOption Two Destination Page=" << (p * 7) % 250 + 1 << "\n";
+  }
+  std::ostringstream out, err;
+  ASSERT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
+  EXPECT_EQ(out.str(), "Map of 250 pages written to " + svg + "\n");
+  std::ifstream in(svg);
+  std::string text((std::istreambuf_iterator<char>(in)), {});
+  std::ptrdiff_t nodes = 0;
+  for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
+  EXPECT_EQ(nodes, 250);
+  EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
+}
+
+}  // namespace
+}  // namespace fw

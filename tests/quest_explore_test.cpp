@@ -1,0 +1,122 @@
+// The explorer on a quest whose reachable pages, endings, scores and
+// shortest ways are known by construction: a key opens a door from one side
+// only, a fight leads to either ending, a wall needs a rope nothing gives,
+// and an attic no way leads to.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "app/author_tools.h"
+#include "bindings/headless/headless_services.h"
+#include "editor/battle_balance.h"
+#include "forms/program.h"
+#include "play/game_state.h"
+#include "shell/forms.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+const std::string kQuest = std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/explore/known.fbw";
+
+const std::string kCoverage =
+    "Pages reached (7): 1, 2, 3, 4, 5, 6, 8\n"
+    "Pages never reached (1): 7\n"
+    "Ending at page 4: score 0 to 11\n"
+    "  shortest way:\n    option 1 \"Take the key\"\n    option 1 \"Open the door\"\n"
+    "Ending at page 5: score 0 to 1\n"
+    "  shortest way:\n    option 1 \"Take the key\"\n    option 2 \"Go home\"\n"
+    "Dead end at page 8: score -2\n"
+    "  shortest way:\n    option 1 \"Take the key\"\n    option 3 \"Climb\"\n";
+
+std::string Explore(std::vector<std::string> args, int expected = 0) {
+  std::ostringstream out, err;
+  EXPECT_EQ(RunExploreCommand(args, out, err), expected) << err.str();
+  return out.str();
+}
+
+std::string FileText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
+  std::string before = FileText(kQuest);
+  // Nine states: the yard, the door (always with the key), the cellar door,
+  // the fight, the treasure at 11 and at 0, home at 1 and at 0, the wall.
+  EXPECT_EQ(Explore({kQuest, "--fights", "0"}), "States: 9\n" + kCoverage + "Battle at page 6: met in 1 states\n");
+  // The rat (5 hp, attack 1) against the character a new game rolls: one
+  // way of arriving, fought a thousand times.
+  std::string balanced = Explore({kQuest});
+  EXPECT_TRUE(std::regex_search(balanced, std::regex("Battle at page 6 \\(Rat\\): met in 1 states\n  arriving with ([0-9]+) of "
+                                                     "\\1 hp, attack [0-9]+: win [0-9.]+%, loss [0-9.]+%; .* "
+                                                     "\\(1000 fights\\); escaping once a blow could kill: win "
+                                                     "[0-9.]+%, loss [0-9.]+%, escape [0-9.]+%\n$")))
+      << balanced;
+  EXPECT_EQ(FileText(kQuest), before);  // played on a copy
+}
+
+TEST(QuestExplore, RandomGamesCoverTheSameAndRepeatWithTheSeed) {
+  std::string first = Explore({kQuest, "--random", "60", "--seed", "7"});
+  EXPECT_EQ(first.rfind("Random games: 60, States: 9\n" + kCoverage, 0), 0u) << first;
+  EXPECT_EQ(Explore({kQuest, "--random", "60", "--seed", "7"}), first);
+}
+
+TEST(QuestExplore, BoundStopsTheSearchAndSaysSo) {
+  std::string out = Explore({kQuest, "--max-states", "3"});
+  EXPECT_EQ(out.rfind("States: 3 (bound reached: coverage is partial)\n", 0), 0u) << out;
+  Explore({"missing.fbw"}, 2);
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+// One blow ends this duel: a player's blow that lands kills the gnat (1 hp),
+// and the gnat's kills the player (1 hp). A round is a win when the player
+// hits (69 of 74 hit draws), a loss when the player misses and the gnat hits,
+// and is played again when both miss; so a win has the odds
+// (69/74) / (1 - (5/74)^2) = 5106/5451, and a fight lasts 5476/5451 rounds.
+TEST(BattleBalance, DuelOddsAsEnumeratedByHand) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/duel.fbw";
+  std::filesystem::copy_file(std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/explore/duel.fbw", quest);
+  HeadlessPlatform platform;
+  Program p(platform.services(), AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
+  GameState(p).questfil.SetCaption(quest);
+  FightOdds odds = FightOften(p, "1", 1, 1, 20000);
+  EXPECT_EQ(odds.fights, 20000);
+  EXPECT_EQ(odds.wins + odds.losses, 20000);
+  EXPECT_NEAR(static_cast<double>(odds.wins) / odds.fights, 5106.0 / 5451, 0.006);  // 3.5 standard deviations
+  EXPECT_NEAR(odds.meanRounds, 5476.0 / 5451, 0.004);
+  EXPECT_EQ(odds.meanHpLeft, 1);  // the gnat never strikes in a round it loses
+  EXPECT_EQ(odds.monster, "Gnat");
+  EXPECT_TRUE(odds.escapeOpen);
+  // The cautious player, at 1 hp against blows of 2 to 9, never stays.
+  EXPECT_EQ(odds.cautiousEscapes, 20000);
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+// A way to a page the quest does not have ends the game there: the explorer
+// shows it as a dead end, with the way to it.
+TEST(QuestExplore, MissingPageIsADeadEndWithItsWay) {
+  testing::TempDir dir;
+  std::string quest = dir.str() + "/gap.fbw";
+  std::ofstream(quest) << "[Quest Data]\nNumber Of Pages=1\n[1]\nOption One=Jump\nOption One Score=+2\n"
+                          "Option One Destination Page=44\n";
+  EXPECT_EQ(Explore({quest}), "States: 2\nPages reached (1): 1\nPages never reached (0): none\n"
+                              "Dead end at page 44: score 2\n  shortest way:\n    option 1 \"Jump\"\n");
+}
+
+}  // namespace
+}  // namespace fw
