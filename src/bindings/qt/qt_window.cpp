@@ -1,6 +1,7 @@
 #include "bindings/qt/qt_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QLabel>
@@ -9,6 +10,8 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -96,6 +99,21 @@ class Area : public QLabel {
       QPainter(this).drawPixmap(0, 0, artPixmap_);
     }
     QLabel::paintEvent(e);
+    if (hasFocus()) {
+      // The keyboard's place, seen on any picture: a light ring over a dark one.
+      QPainter painter(this);
+      painter.setRenderHint(QPainter::Antialiasing);
+      QRectF ring = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+      painter.setPen(QPen(QColor(0, 0, 0, 200), 3));
+      painter.drawRoundedRect(ring, 4, 4);
+      painter.setPen(QPen(QColor(255, 214, 140), 1.5, Qt::DashLine));
+      painter.drawRoundedRect(ring, 4, 4);
+    }
+  }
+  void keyPressEvent(QKeyEvent* e) override {
+    bool press = e->key() == Qt::Key_Space || e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
+    if (onClick && press && e->modifiers() == Qt::NoModifier) onClick();
+    else QLabel::keyPressEvent(e);
   }
   void mousePressEvent(QMouseEvent* e) override {
     if (onClick && e->button() == Qt::LeftButton) onClick();
@@ -108,13 +126,19 @@ class Area : public QLabel {
   QPixmap artPixmap_;
 };
 
-// A window that leaves its closing to the program's own unload, and tells
-// the program when the desktop resizes it.
+// A window that leaves its closing to the program's own unload, tells the
+// program when the desktop resizes it, and hands the keys that no control
+// took to the form's key table.
 class FormWindow : public QMainWindow {
  public:
   std::function<void()> onClose, onResize;
+  std::function<bool(const QKeyEvent*)> onKey;
 
  protected:
+  void keyPressEvent(QKeyEvent* e) override {
+    if (onKey && onKey(e)) return;
+    QMainWindow::keyPressEvent(e);
+  }
   void closeEvent(QCloseEvent* e) override {
     e->ignore();
     if (onClose) onClose();
@@ -145,6 +169,21 @@ void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
   }
 }
 
+// What a screen reader calls a control: its caption, or its hover text where
+// the caption is the control's value (a text box's text) or there is none.
+QString AccessibleName(const ControlDecl& d, const std::string& caption) {
+  bool captionIsValue = d.kind == Kind::TextBox || d.kind == Kind::ListBox;
+  if (!captionIsValue && !caption.empty()) return Plain(caption);
+  return Q(d.toolTip);
+}
+
+// Whether other controls lie inside this one.
+bool HoldsControls(const FormDecl& t, const ControlDecl& d) {
+  for (const ControlDecl& c : t.controls)
+    if (std::string_view(c.parent) == d.name) return true;
+  return false;
+}
+
 }  // namespace
 
 QtWindows::QtWindows(Program& program) : program_(program), hand_(HandCursor()) {
@@ -167,6 +206,15 @@ QMainWindow* QtWindows::WindowOf(int form) const {
   return it == forms_.end() ? nullptr : it->second.window;
 }
 
+QMainWindow* QtWindows::ActiveWindow() const {
+  QWidget* active = QApplication::activeWindow();
+  for (const auto& [form, w] : forms_)
+    if (w.window == active && active->isVisible()) return w.window;
+  for (auto it = shownOrder_.rbegin(); it != shownOrder_.rend(); ++it)
+    if (QMainWindow* window = WindowOf(*it); window && window->isVisible()) return window;
+  return nullptr;
+}
+
 void QtWindows::User(ControlId id, UserAction action, std::string_view text, int value) {
   if (!mirroring_) Act(program_, id, action, text, value);
 }
@@ -179,6 +227,7 @@ void QtWindows::FormUnloaded(int form) {
   it->second.window->hide();
   it->second.window->deleteLater();
   forms_.erase(it);
+  std::erase(shownOrder_, form);
 }
 
 void QtWindows::Build(int form) {
@@ -188,6 +237,7 @@ void QtWindows::Build(int form) {
   window->onClose = [this, form] {
     if (!mirroring_) CloseForm(program_, form);
   };
+  window->onKey = [this, form](const QKeyEvent* e) { return PressKey(form, e); };
   window->onResize = [this, form] {
     FormSurface& s = program_.surface();
     if (s.IsLoaded(form)) program_.RunEvent([&] { s.RaiseForm(form, Event::Resize); });
@@ -249,6 +299,8 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
         area->setStyleSheet(Css(look));
       }
       area->onClick = [this, id] { User(id, UserAction::Click); };
+      // Whatever answers a click is a button to the keyboard too.
+      if (program_.surface().Answers(id, Event::Click)) area->setFocusPolicy(Qt::TabFocus);
       area->onMove = [this, id] { User(id, UserAction::Hover); };
       w = area;
       break;
@@ -273,7 +325,12 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       }
       w->setStyleSheet(Css(d.look));
       break;
-    case Kind::CommandButton: w = new QPushButton(parent); break;
+    case Kind::CommandButton: {
+      auto* button = new QPushButton(parent);
+      button->setAutoDefault(true);  // Enter presses the button that has the focus
+      w = button;
+      break;
+    }
     case Kind::CheckBox:
       w = new QCheckBox(parent);
       w->setStyleSheet(Css(d.look));
@@ -317,7 +374,11 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
-  if (*d.toolTip) w->setToolTip(Q(d.toolTip));
+  // Over a panel, a text or a movie the player reads or watches, and a hover
+  // text popping up would cover it: there it only names the control to a
+  // screen reader.
+  bool watched = d.kind == Kind::TextBox || d.kind == Kind::ListBox || d.kind == Kind::MediaPlayer;
+  if (*d.toolTip && !watched && !HoldsControls(program_.surface().Table(id.form), d)) w->setToolTip(Q(d.toolTip));
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
@@ -370,6 +431,24 @@ void QtWindows::BuildMenus(int form) {
   }
 }
 
+bool QtWindows::PressKey(int form, const QKeyEvent* e) {
+  if (e->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return false;
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  bool known = false;
+  for (const KeyDecl& k : t.keys) {
+    if (QKeySequence(QString(k.key))[0].key() != e->key()) continue;
+    known = true;
+    ControlId id = s.Id(t.name, k.control);
+    UserAction action = s.Decl(id).kind == Kind::OptionButton ? UserAction::Select : UserAction::Click;
+    if (CannotAct(s, id, action).empty()) {
+      User(id, action);
+      return true;
+    }
+  }
+  return known;
+}
+
 void QtWindows::ControlChanged(ControlId id, Prop prop) {
   if (!forms_.count(id.form)) return;
   bool was = mirroring_;
@@ -409,6 +488,10 @@ void QtWindows::ApplyForm(int form) {
     window->adjustSize();
     if (QScreen* screen = window->screen()) window->move(screen->availableGeometry().center() - window->rect().center());
   }
+  if (f.visible && !window->isVisible()) {
+    std::erase(shownOrder_, form);
+    shownOrder_.push_back(form);
+  }
   window->setVisible(f.visible);
 }
 
@@ -426,6 +509,7 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   w->setGeometry(Px(c.left), Px(c.top), Px(c.width), Px(c.height));
   w->setVisible(c.visible);
   w->setEnabled(c.enabled);
+  w->setAccessibleName(AccessibleName(*c.decl, c.caption));
   if (auto* area = dynamic_cast<Area*>(w)) {
     area->hasPicture = !c.picture.host.empty();
     if (!c.picture.host.empty()) {

@@ -11,6 +11,7 @@
 class QMainWindow;
 class QWidget;
 class QAction;
+class QKeyEvent;
 
 namespace fw {
 
@@ -34,6 +35,9 @@ class QtWindows : public QObject, public SurfaceObserver {
   // the movie control's.
   QWidget* WidgetOf(ControlId id) const;
   QMainWindow* WindowOf(int form) const;
+  // The window the player is in: the active one of the program's, else the
+  // one shown last that is still on screen; nullptr when none is.
+  QMainWindow* ActiveWindow() const;
 
   // Pixels for twips.
   static int Px(float twips) { return static_cast<int>(twips / 15.0f + 0.5f); }
@@ -52,6 +56,9 @@ class QtWindows : public QObject, public SurfaceObserver {
   // SelStart when the logic set text or SelStart, nowhere new after typing.
   enum class Caret { Logic, SelStart, Typing };
   void Apply(ControlId id, Caret caret = Caret::Logic);
+  // A key of the form's key table: the first of its controls that can take
+  // it does. True when the form has the key, taken or refused.
+  bool PressKey(int form, const QKeyEvent* e);
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
@@ -60,6 +67,7 @@ class QtWindows : public QObject, public SurfaceObserver {
 
   Program& program_;
   std::map<int, FormWidgets> forms_;
+  std::vector<int> shownOrder_;  // forms, the one shown last at the back
   QCursor hand_;            // drawn once, shown by every control that points
   bool mirroring_ = false;  // the window is being set from the surface: no events back
 };
