@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLoggingCategory>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QTimer>
@@ -79,6 +80,17 @@ std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, 
   return box;
 }
 
+void QuietQtMessages() {
+  // Qt's notes to developers (no sound server, no GPU for video, what the
+  // platform plugin cannot do) are not the player's business: the game goes
+  // on without sound or draws video in software. QT_LOGGING_RULES still
+  // brings them back, as it overrides these rules.
+  QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\n"
+                                                  "default.warning=false\n"
+                                                  "qt.multimedia*.debug=false\n"
+                                                  "qt.multimedia*.warning=false\n"));
+}
+
 bool DisplayAvailable() {
   for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
     if (const char* v = std::getenv(name); v && *v) return true;
@@ -86,6 +98,7 @@ bool DisplayAvailable() {
 }
 
 int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start) {
+  QuietQtMessages();
   QApplication app(argc, argv);
   return RunDesktopWindows(make, start);
 }
@@ -94,6 +107,7 @@ int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
   // The installed desktop entry's name, by which a desktop ties the
   // windows to their menu entry and icon.
   QGuiApplication::setDesktopFileName(FABLEWRIGHT_APP_ID);
+  QuietQtMessages();
   QtPump pump;
   std::unique_ptr<QtWindows> windows;
   QtDialogs dialogs([&]() -> QWidget* { return windows ? windows->ActiveWindow() : nullptr; });

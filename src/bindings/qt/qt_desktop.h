@@ -36,6 +36,10 @@ class QtDialogs : public Dialogs {
   std::string preDialog_, prePath_;
 };
 
+// Keeps Qt's own warnings and debug notes off the terminal: a player sees
+// none of them.
+void QuietQtMessages();
+
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();
 
