@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QKeySequence>
 #include <QMouseEvent>
 #include <QPainter>
@@ -22,6 +23,9 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollBar>
+
+#include <algorithm>
+#include <iterator>
 
 #include "bindings/qt/qt_art.h"
 #include "forms/codepage.h"
@@ -45,12 +49,38 @@ QString Css(const Look& look) {
   if (look.foreColor != kDefaultColor) css += "color:" + ColorCss(look.foreColor) + ";";
   if (look.transparent) css += "background:transparent;";
   else if (look.backColor != kDefaultColor) css += "background-color:" + ColorCss(look.backColor) + ";";
-  // A size without a name is in the forms' own font.
-  if (look.font.name || look.font.points > 0)
-    css += QString("font-family:'%1';").arg(look.font.name ? look.font.name : "MS Sans Serif");
-  if (look.font.points > 0) css += QString("font-size:%1pt;").arg(look.font.points);
-  if (look.font.bold) css += "font-weight:bold;";
   return css;
+}
+
+// Whether a table names a font of its own for the control.
+bool HasFont(const Font& f) { return f.name || f.points > 0; }
+
+// A table's font at the window's zoom; the desktop's own font where the
+// table names none. A size without a name is in the forms' own font.
+QFont ZoomedFont(const Font& f, double zoom) {
+  QFont font = QApplication::font();
+  if (HasFont(f)) font.setFamily(f.name ? f.name : "MS Sans Serif");
+  qreal points = f.points > 0 ? f.points : font.pointSizeF();
+  if (points > 0) font.setPointSizeF(points * zoom);
+  else font.setPixelSize(static_cast<int>(font.pixelSize() * zoom + 0.5));
+  if (f.bold) font.setBold(true);
+  return font;
+}
+
+// The zooms a window is shown at.
+constexpr double kZooms[] = {1.0, 1.25, 1.5, 2.0, 2.5, 3.0, 4.0};
+
+// The largest zoom at which a window of the client size (at 100%), with
+// its frame and menu bar, fits the screen with a tenth of it to spare.
+double FittingZoom(const QScreen* screen, QSize client, int menuBar) {
+  if (!screen) return 1.0;
+  constexpr int kFrame = 40;  // a title bar and borders, before the desktop tells
+  QSize room = screen->availableGeometry().size() * 0.9;
+  double best = kZooms[0];
+  for (double zoom : kZooms)
+    if (client.width() * zoom + kFrame <= room.width() && client.height() * zoom + menuBar + kFrame <= room.height())
+      best = zoom;
+  return best;
 }
 
 // A caption without the "&" that marks a menu's key letter.
@@ -246,8 +276,10 @@ void QtWindows::Build(int form) {
   client->fill = BackColor(t.look);
   client->art = t.look.art;
   if (t.look.handCursor) client->setCursor(hand_);
-  client->setFixedSize(Px(t.width), Px(t.height));
   window->setCentralWidget(client);
+  // The window is the form's size in twips at its zoom, and the user resizes
+  // it only through the zoom.
+  window->layout()->setSizeConstraint(QLayout::SetFixedSize);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   if (t.fixedBorder) window->setWindowFlag(Qt::WindowMinimizeButtonHint, false);
   if (t.noBorder) window->setWindowFlag(Qt::FramelessWindowHint, true);
@@ -266,6 +298,11 @@ void QtWindows::Build(int form) {
     if (fw.widgets[i]) fw.widgets[i]->raise();
   }
   BuildMenus(form);
+  int menuBar = window->menuWidget() ? window->menuWidget()->sizeHint().height() : 0;
+  fw.fitZoom = FittingZoom(window->screen(), QSize(Px(t.width), Px(t.height)), menuBar);
+  fw.zoom = fw.fitZoom;
+  client->setFont(ZoomedFont(t.look.font, fw.zoom));
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) Apply({form, i});
   mirroring_ = false;
@@ -385,6 +422,58 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   return w;
 }
 
+void QtWindows::ApplyFont(ControlId id) {
+  QWidget* w = WidgetOf(id);
+  const Font& font = program_.surface().Decl(id).look.font;
+  if (w && HasFont(font)) w->setFont(ZoomedFont(font, forms_[id.form].zoom));
+}
+
+int QtWindows::Px(int form, float twips) const {
+  auto it = forms_.find(form);
+  double zoom = it == forms_.end() ? 1.0 : it->second.zoom;
+  return static_cast<int>(twips / 15.0 * zoom + 0.5);
+}
+
+double QtWindows::Zoom(int form) const {
+  auto it = forms_.find(form);
+  return it == forms_.end() ? 1.0 : it->second.zoom;
+}
+
+void QtWindows::SetZoom(int form, double zoom) {
+  auto it = forms_.find(form);
+  if (it == forms_.end() || it->second.zoom == zoom) return;
+  it->second.zoom = zoom;
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  it->second.window->centralWidget()->setFont(ZoomedFont(t.look.font, zoom));
+  bool was = mirroring_;
+  mirroring_ = true;
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
+    ApplyFont({form, i});
+    Apply({form, i}, Caret::Typing);
+  }
+  mirroring_ = was;
+  ApplyForm(form);
+  it->second.window->layout()->activate();  // the window takes its new size now, not at the next event
+}
+
+bool QtWindows::PressZoomKey(int form, const QKeyEvent* e) {
+  if (!(e->modifiers() & Qt::ControlModifier)) return false;
+  const FormWidgets& fw = forms_[form];
+  const double* step = std::find(std::begin(kZooms), std::end(kZooms), fw.zoom);
+  switch (e->key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+      if (step + 1 < std::end(kZooms)) SetZoom(form, step[1]);
+      return true;
+    case Qt::Key_Minus:
+      if (step != std::begin(kZooms)) SetZoom(form, step[-1]);
+      return true;
+    case Qt::Key_0: SetZoom(form, fw.fitZoom); return true;
+    default: return false;
+  }
+}
+
 void QtWindows::Connect(ControlId id, QWidget* w) {
   if (auto* button = qobject_cast<QPushButton*>(w)) {
     QObject::connect(button, &QPushButton::clicked, this, [this, id] { User(id, UserAction::Click); });
@@ -432,6 +521,7 @@ void QtWindows::BuildMenus(int form) {
 }
 
 bool QtWindows::PressKey(int form, const QKeyEvent* e) {
+  if (PressZoomKey(form, e)) return true;
   if (e->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return false;
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
@@ -476,7 +566,7 @@ void QtWindows::ApplyForm(int form) {
   FormState& f = s.Form(form);
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
-  window->centralWidget()->setFixedSize(Px(f.width), Px(f.height));
+  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, f.height));
   if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
   if (!f.picture.host.empty()) {
     window->centralWidget()->setStyleSheet(
@@ -506,7 +596,8 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   }
   QWidget* w = fw.widgets[id.index];
   if (!w) return;
-  w->setGeometry(Px(c.left), Px(c.top), Px(c.width), Px(c.height));
+  int form = id.form;
+  w->setGeometry(Px(form, c.left), Px(form, c.top), Px(form, c.width), Px(form, c.height));
   w->setVisible(c.visible);
   w->setEnabled(c.enabled);
   w->setAccessibleName(AccessibleName(*c.decl, c.caption));

@@ -39,14 +39,24 @@ class QtWindows : public QObject, public SurfaceObserver {
   // one shown last that is still on screen; nullptr when none is.
   QMainWindow* ActiveWindow() const;
 
-  // Pixels for twips.
+  // Pixels for twips at 100%.
   static int Px(float twips) { return static_cast<int>(twips / 15.0f + 0.5f); }
+  // Pixels for twips in a form's window at its zoom.
+  int Px(int form, float twips) const;
+
+  // The zoom a form's window is shown at (1 for 100%). It starts at the
+  // largest step at which the window fits its screen with room to spare;
+  // Ctrl+Plus and Ctrl+Minus step it, Ctrl+0 goes back to that start. The
+  // program never hears of it: it sees twips.
+  double Zoom(int form) const;
+  void SetZoom(int form, double zoom);
 
  private:
   struct FormWidgets {
     QMainWindow* window = nullptr;
     std::vector<QWidget*> widgets;   // by control index
     std::vector<QAction*> actions;   // menu items by control index
+    double zoom = 1.0, fitZoom = 1.0;
   };
   void Build(int form);
   QWidget* Make(ControlId id, QWidget* parent);
@@ -59,6 +69,9 @@ class QtWindows : public QObject, public SurfaceObserver {
   // A key of the form's key table: the first of its controls that can take
   // it does. True when the form has the key, taken or refused.
   bool PressKey(int form, const QKeyEvent* e);
+  bool PressZoomKey(int form, const QKeyEvent* e);
+  // Gives a control the table's font at its window's zoom.
+  void ApplyFont(ControlId id);
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
