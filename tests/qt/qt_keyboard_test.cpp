@@ -169,7 +169,16 @@ TEST(QtKeyboard, TabReachesEveryButtonOfThePageWithAVisibleFocus) {
   // Space on a focused picture button presses it.
   g.Widget("Picture3")->setFocus(Qt::TabFocusReason);
   QTest::keyClick(g.Widget("Picture3"), Qt::Key_Space);
-  EXPECT_TRUE(g.Shown("InvBox"));
+  ASSERT_TRUE(g.Shown("InvBox"));
+  // Over the inventory, Tab goes only where a click would.
+  reached.clear();
+  for (int i = 0; i < 20; ++i) {
+    g.Key(Qt::Key_Tab);
+    if (QWidget* focus = QApplication::focusWidget()) reached.insert(focus->objectName());
+  }
+  EXPECT_TRUE(reached.count("Picture6"));
+  EXPECT_FALSE(reached.count("Picture1"));
+  EXPECT_FALSE(reached.count("Option1"));
 }
 
 // Every control a player sees on either screen has a name to be read out;

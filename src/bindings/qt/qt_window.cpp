@@ -163,8 +163,20 @@ class FormWindow : public QMainWindow {
  public:
   std::function<void()> onClose, onResize;
   std::function<bool(const QKeyEvent*)> onKey;
+  // Whether the player can reach the widget: one under a panel is skipped by Tab.
+  std::function<bool(QWidget*)> reachable;
 
  protected:
+  bool focusNextPrevChild(bool next) override {
+    QWidget* first = nullptr;
+    for (int tries = 0; tries < 200; ++tries) {
+      if (!QMainWindow::focusNextPrevChild(next)) return false;
+      QWidget* now = focusWidget();
+      if (!now || now == first || !reachable || reachable(now)) return true;
+      if (!first) first = now;
+    }
+    return true;
+  }
   void keyPressEvent(QKeyEvent* e) override {
     if (onKey && onKey(e)) return;
     QMainWindow::keyPressEvent(e);
@@ -268,6 +280,13 @@ void QtWindows::Build(int form) {
     if (!mirroring_) CloseForm(program_, form);
   };
   window->onKey = [this, form](const QKeyEvent* e) { return PressKey(form, e); };
+  window->reachable = [this, form](QWidget* w) {
+    FormSurface& s = program_.surface();
+    const std::vector<QWidget*>& widgets = forms_[form].widgets;
+    auto it = std::find(widgets.begin(), widgets.end(), w);
+    if (it == widgets.end()) return true;  // not a control's own widget: the toolkit's
+    return s.Unreachable({form, static_cast<int>(it - widgets.begin())}).empty();
+  };
   window->onResize = [this, form] {
     FormSurface& s = program_.surface();
     if (s.IsLoaded(form)) program_.RunEvent([&] { s.RaiseForm(form, Event::Resize); });
