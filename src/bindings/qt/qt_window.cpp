@@ -22,6 +22,7 @@
 #include <QRegularExpression>
 #include <QRadioButton>
 #include <QScreen>
+#include <QStyle>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -443,8 +444,22 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
 
 void QtWindows::ApplyFont(ControlId id) {
   QWidget* w = WidgetOf(id);
-  const Font& font = program_.surface().Decl(id).look.font;
-  if (w && HasFont(font)) w->setFont(ZoomedFont(font, forms_[id.form].zoom));
+  if (!w) return;
+  const ControlDecl& d = program_.surface().Decl(id);
+  double zoom = forms_[id.form].zoom;
+  if (HasFont(d.look.font)) w->setFont(ZoomedFont(d.look.font, zoom));
+  if (d.kind == Kind::OptionButton || d.kind == Kind::CheckBox) {
+    // The round or square box grows with the text beside it.
+    if (!w->property("tableSheet").isValid()) w->setProperty("tableSheet", w->styleSheet());
+    QString sheet = w->property("tableSheet").toString();
+    if (zoom != 1.0) {
+      auto metric = d.kind == Kind::OptionButton ? QStyle::PM_ExclusiveIndicatorWidth : QStyle::PM_IndicatorWidth;
+      int side = static_cast<int>(w->style()->pixelMetric(metric, nullptr, w) * zoom + 0.5);
+      side = std::min(side, Px(id.form, program_.surface().At(id).height) - 2);  // within its line
+      sheet += QString("#%1::indicator{width:%2px;height:%2px;}").arg(d.name).arg(side);
+    }
+    w->setStyleSheet(sheet);
+  }
 }
 
 int QtWindows::Px(int form, float twips) const {
@@ -623,8 +638,13 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   if (auto* area = dynamic_cast<Area*>(w)) {
     area->hasPicture = !c.picture.host.empty();
     if (!c.picture.host.empty()) {
-      QPixmap picture(QString::fromStdString(c.picture.host));
-      area->setPixmap(picture.scaled(area->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+      // Scaled to the screen's own pixels, so that it stays sharp at any
+      // zoom and on a high-density screen.
+      qreal ratio = area->devicePixelRatioF();
+      QPixmap picture = QPixmap(QString::fromStdString(c.picture.host))
+                            .scaled(area->size() * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+      picture.setDevicePixelRatio(ratio);
+      area->setPixmap(picture);
     } else if (c.decl->kind == Kind::Label) {
       area->setText(Plain(c.caption));
     }
