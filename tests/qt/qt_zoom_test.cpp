@@ -31,7 +31,8 @@ struct ZoomedGame {
   QMainWindow* Window() { return windows.WindowOf(form); }
   void Key(Qt::Key key) { QTest::keyClick(Window(), key, Qt::ControlModifier); }
   // Every control that has a widget stands where the zoom puts its twips.
-  void ExpectEveryControlAt(double zoom) {
+  void ExpectEveryControlAt(double zoom) { ExpectEveryControlAt(form, zoom); }
+  void ExpectEveryControlAt(int form, double zoom) {
     FormSurface& s = t.surface();
     const FormDecl& table = s.Table(form);
     for (int i = 0; i < static_cast<int>(table.controls.size()); ++i) {
@@ -41,7 +42,8 @@ struct ZoomedGame {
       EXPECT_EQ(w->geometry(), QRect(At(zoom, c.left), At(zoom, c.top), At(zoom, c.width), At(zoom, c.height)))
           << table.controls[i].name << " at " << zoom;
     }
-    EXPECT_EQ(Window()->centralWidget()->size(), QSize(At(zoom, 8385), At(zoom, 6195)));
+    EXPECT_EQ(windows.WindowOf(form)->centralWidget()->size(),
+              QSize(At(zoom, s.Form(form).width), At(zoom, s.Form(form).height)));
   }
 };
 
@@ -91,6 +93,21 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
   g.Key(Qt::Key_0);
   EXPECT_EQ(g.windows.Zoom(g.form), start);
+}
+
+// Any form zooms alike, built from its table: here the quest editor.
+TEST(QtZoom, TheEditorZoomsAsTheGameWindowDoes) {
+  ZoomedGame g;
+  g.t.program.RunEvent([&] { g.t.surface().Raise(g.t.surface().Id("FrmGame", "mnucreatequest"), Event::Click); });
+  int editor = g.t.surface().FindForm("createquest");
+  QMainWindow* window = g.windows.WindowOf(editor);
+  ASSERT_NE(window, nullptr);
+  ASSERT_TRUE(window->isVisible());
+  double gameZoom = g.windows.Zoom(g.form);
+  while (g.windows.Zoom(editor) < 1.5) QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
+  EXPECT_EQ(g.windows.Zoom(g.form), gameZoom) << "the game window keeps its own";
+  g.ExpectEveryControlAt(editor, 1.5);
+  window->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/editor-at-150.png");
 }
 
 // The window opens at the largest step that fits the screen with room to
