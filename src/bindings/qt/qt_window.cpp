@@ -634,7 +634,9 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   w->setGeometry(Px(form, c.left), Px(form, c.top), Px(form, c.width), Px(form, c.height));
   w->setVisible(c.visible);
   w->setEnabled(c.enabled);
-  w->setAccessibleName(AccessibleName(*c.decl, c.caption));
+  // Set only on a change: each setting tells a listening screen reader, and
+  // the timers write some controls many times a second.
+  if (QString name = AccessibleName(*c.decl, c.caption); w->accessibleName() != name) w->setAccessibleName(name);
   if (auto* area = dynamic_cast<Area*>(w)) {
     area->hasPicture = !c.picture.host.empty();
     if (!c.picture.host.empty()) {
