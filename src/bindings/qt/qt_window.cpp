@@ -320,7 +320,18 @@ void QtWindows::Build(int form) {
   BuildMenus(form);
   int menuBar = window->menuWidget() ? window->menuWidget()->sizeHint().height() : 0;
   fw.fitZoom = FittingZoom(window->screen(), QSize(Px(t.width), Px(t.height)), menuBar);
+  // The program's windows look alike: a small one (the splash) opens no
+  // larger than the others, though it would fit larger. One on screen
+  // already keeps its zoom.
+  for (const auto& [other, built] : forms_)
+    if (other != form) fw.fitZoom = std::min(fw.fitZoom, built.fitZoom);
   fw.zoom = fw.fitZoom;
+  for (auto& [other, built] : forms_) {
+    if (other == form || built.window->isVisible() || built.fitZoom <= fw.fitZoom) continue;
+    bool atDefault = built.zoom == built.fitZoom;
+    built.fitZoom = fw.fitZoom;
+    if (atDefault) SetZoom(other, fw.fitZoom);
+  }
   client->setFont(ZoomedFont(t.look.font, fw.zoom));
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;

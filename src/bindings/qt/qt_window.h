@@ -45,7 +45,8 @@ class QtWindows : public QObject, public SurfaceObserver {
   int Px(int form, float twips) const;
 
   // The zoom a form's window is shown at (1 for 100%). It starts at the
-  // largest step at which the window fits its screen with room to spare;
+  // largest step at which the window fits its screen with room to spare,
+  // and no larger than that of the others, except one already on screen;
   // Ctrl+Plus and Ctrl+Minus step it, Ctrl+0 goes back to that start. The
   // program never hears of it: it sees twips.
   double Zoom(int form) const;
