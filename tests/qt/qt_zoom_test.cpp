@@ -89,6 +89,11 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   EXPECT_EQ(g.t.surface().At(choose).left, 360);
   g.ExpectEveryControlAt(2.0);
 
+  QTest::keyClick(g.Window(), Qt::Key_Escape);
+  ASSERT_TRUE(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Picture2"))->isVisible());
+  g.ExpectEveryControlAt(2.0);
+  g.Window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/picture-menu-at-200.png");
+
   g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
   EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
   g.Key(Qt::Key_0);
