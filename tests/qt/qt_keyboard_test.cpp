@@ -166,6 +166,11 @@ TEST(QtKeyboard, TabReachesEveryButtonOfThePageWithAVisibleFocus) {
   QImage focused = choose->grab().toImage();
   EXPECT_NE(plain, focused);
   window->grab().save(Shots() + "/page-focus.png");
+  QWidget* option = g.Widget("Option1");
+  QImage optionPlain = option->grab().toImage();
+  option->setFocus(Qt::TabFocusReason);
+  EXPECT_NE(optionPlain, option->grab().toImage()) << "an option shows its focus too";
+  window->grab().save(Shots() + "/option-focus.png");
   // Space on a focused picture button presses it.
   g.Widget("Picture3")->setFocus(Qt::TabFocusReason);
   QTest::keyClick(g.Widget("Picture3"), Qt::Key_Space);
