@@ -80,6 +80,16 @@ struct ControlDecl {
   const char* toolTip = "";       // the hover text the window shows; no logic reads it
 };
 
+// A key of the keyboard that stands for a control: pressing it does to the
+// control what a click (or, on an option button, a selection) does, and is
+// refused as that would be. Several entries of one key are tried in order,
+// and the first control that can take it does. key is a key's name as a
+// toolkit spells it ("1", "Return", "Escape", "I").
+struct KeyDecl {
+  const char* key;
+  const char* control;
+};
+
 // One form: its design-time values and its controls.
 struct FormDecl {
   const char* name;
@@ -91,6 +101,7 @@ struct FormDecl {
   bool noBorder = false;      // no frame and no caption at all
   bool noMaximize = false;
   bool centred = false;
+  std::span<const KeyDecl> keys{};  // the form's keys for play without a mouse
 };
 
 // A handler: a plain function named after its control and event. A form's own

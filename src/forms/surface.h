@@ -158,6 +158,8 @@ class FormSurface {
   // Runs the handler of the control's event, if any; the form is loaded first.
   void Raise(ControlId id, Event event);
   void RaiseForm(int form, Event event);
+  // Whether the form answers the control's event with a handler.
+  bool Answers(ControlId id, Event event) const { return Handler(id.form, id.index, event) != nullptr; }
 
   // -- Timers, for the event loop.
   double NextTimerDue() const;

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLoggingCategory>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -31,37 +33,6 @@ QString Filter(const std::string& filter) {
   return pairs.join(";;");
 }
 
-// Message boxes and file dialogs as the desktop draws them.
-class QtDialogs : public Dialogs {
- public:
-  int MsgBox(std::string_view prompt, int style, std::string_view title) override {
-    std::unique_ptr<QMessageBox> box = MakeMessageBox(prompt, style, title);
-    int answer = box->exec();
-    if (style == 4) return answer == QMessageBox::Yes ? 6 : 7;
-    return 1;
-  }
-  std::optional<std::string> FileDialog(const FileDialogRequest& r) override {
-    if (!preDialog_.empty() && preDialog_ == r.form + "." + r.dialog) {
-      preDialog_.clear();
-      return std::exchange(prePath_, {});
-    }
-    QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
-    QString chosen = r.save ? QFileDialog::getSaveFileName(nullptr, {}, dir, Filter(r.filter))
-                            : QFileDialog::getOpenFileName(nullptr, {}, dir, Filter(r.filter));
-    if (chosen.isEmpty()) return std::nullopt;
-    return Cp1252FromUtf8(chosen.toStdString());
-  }
-  // The next file dialog of that control ("FrmGame.questfile") gets this
-  // path (Windows-1252) without being shown.
-  void Preanswer(std::string dialog, std::string path) {
-    preDialog_ = std::move(dialog);
-    prePath_ = std::move(path);
-  }
-
- private:
-  std::string preDialog_, prePath_;
-};
-
 // The quest named on the command line opens as Load Quest opens one, even
 // where the picture menu is not on screen (a packaged game).
 void OpenQuest(Program& program, QtDialogs& dialogs, const std::string& quest) {
@@ -74,14 +45,50 @@ void OpenQuest(Program& program, QtDialogs& dialogs, const std::string& quest) {
 
 }  // namespace
 
-std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title) {
-  auto box = std::make_unique<QMessageBox>();
+int QtDialogs::MsgBox(std::string_view prompt, int style, std::string_view title) {
+  std::unique_ptr<QMessageBox> box = MakeMessageBox(prompt, style, title, Parent());
+  int answer = box->exec();
+  if (style == 4) return answer == QMessageBox::Yes ? 6 : 7;
+  return 1;
+}
+
+std::optional<std::string> QtDialogs::FileDialog(const FileDialogRequest& r) {
+  if (!preDialog_.empty() && preDialog_ == r.form + "." + r.dialog) {
+    preDialog_.clear();
+    return std::exchange(prePath_, {});
+  }
+  QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
+  QString chosen = r.save ? QFileDialog::getSaveFileName(Parent(), {}, dir, Filter(r.filter))
+                          : QFileDialog::getOpenFileName(Parent(), {}, dir, Filter(r.filter));
+  if (chosen.isEmpty()) return std::nullopt;
+  return Cp1252FromUtf8(chosen.toStdString());
+}
+
+void QtDialogs::Preanswer(std::string dialog, std::string path) {
+  preDialog_ = std::move(dialog);
+  prePath_ = std::move(path);
+}
+
+std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title,
+                                            QWidget* parent) {
+  auto box = std::make_unique<QMessageBox>(parent);
   box->setWindowTitle(QString::fromStdString(Utf8FromCp1252(title)));
   box->setText(QString::fromStdString(Utf8FromCp1252(prompt)));
   if (style == 16) box->setIcon(QMessageBox::Critical);
   if (style == 64) box->setIcon(QMessageBox::Information);
   if (style == 4) box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
   return box;
+}
+
+void QuietQtMessages() {
+  // Qt's notes to developers (no sound server, no GPU for video, what the
+  // platform plugin cannot do) are not the player's business: the game goes
+  // on without sound or draws video in software. QT_LOGGING_RULES still
+  // brings them back, as it overrides these rules.
+  QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false\n"
+                                                  "default.warning=false\n"
+                                                  "qt.multimedia*.debug=false\n"
+                                                  "qt.multimedia*.warning=false\n"));
 }
 
 bool DisplayAvailable() {
@@ -91,6 +98,7 @@ bool DisplayAvailable() {
 }
 
 int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start) {
+  QuietQtMessages();
   QApplication app(argc, argv);
   return RunDesktopWindows(make, start);
 }
@@ -99,9 +107,10 @@ int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
   // The installed desktop entry's name, by which a desktop ties the
   // windows to their menu entry and icon.
   QGuiApplication::setDesktopFileName(FABLEWRIGHT_APP_ID);
+  QuietQtMessages();
   QtPump pump;
-  QtDialogs dialogs;
   std::unique_ptr<QtWindows> windows;
+  QtDialogs dialogs([&]() -> QWidget* { return windows ? windows->ActiveWindow() : nullptr; });
   QtMediaPlayers players([&](ControlId id) { return windows ? windows->WidgetOf(id) : nullptr; });
   Services own{};
   own.pump = &pump;

@@ -6,13 +6,39 @@
 
 #include "forms/program.h"
 
+#include "forms/services.h"
+
 class QMessageBox;
+class QWidget;
 
 namespace fw {
 
 // A message box of the program (style 0, 4, 16 or 64) as the desktop draws
-// it, ready to run.
-std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title);
+// it, ready to run, over the parent window when there is one.
+std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title,
+                                            QWidget* parent = nullptr);
+
+// Message boxes and file dialogs as the desktop draws them, each over the
+// window that parent gives at the moment it opens (the form the player is
+// in), so that it never opens behind the game or on another screen.
+class QtDialogs : public Dialogs {
+ public:
+  explicit QtDialogs(std::function<QWidget*()> parent = {}) : parent_(std::move(parent)) {}
+  int MsgBox(std::string_view prompt, int style, std::string_view title) override;
+  std::optional<std::string> FileDialog(const FileDialogRequest& r) override;
+  // The next file dialog of that control ("FrmGame.questfile") gets this
+  // path (Windows-1252) without being shown.
+  void Preanswer(std::string dialog, std::string path);
+
+ private:
+  QWidget* Parent() const { return parent_ ? parent_() : nullptr; }
+  std::function<QWidget*()> parent_;
+  std::string preDialog_, prePath_;
+};
+
+// Keeps Qt's own warnings and debug notes off the terminal: a player sees
+// none of them.
+void QuietQtMessages();
 
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();

@@ -4,6 +4,7 @@
 #include <QMediaPlayer>
 #include <QTimer>
 #include <QUrl>
+#include <QVBoxLayout>
 #include <QVideoWidget>
 #include <QWidget>
 
@@ -35,8 +36,12 @@ bool QtMediaPlayers::Load(Program& program, ControlId player, const std::string&
   p->audio = std::make_unique<QAudioOutput>();
   p->media->setAudioOutput(p->audio.get());
   if (QWidget* parent = videoParent_ ? videoParent_(player) : nullptr) {
+    // The video fills its control, and follows it when the window's zoom
+    // resizes it.
     p->video = std::make_unique<QVideoWidget>(parent);
-    p->video->resize(parent->size());
+    if (!parent->layout()) new QVBoxLayout(parent);
+    parent->layout()->setContentsMargins(0, 0, 0, 0);
+    parent->layout()->addWidget(p->video.get());
     p->video->show();
     p->media->setVideoOutput(p->video.get());
   }

@@ -1,6 +1,7 @@
 #include "bindings/qt/qt_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QLabel>
@@ -9,6 +10,9 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QKeySequence>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -18,7 +22,11 @@
 #include <QRegularExpression>
 #include <QRadioButton>
 #include <QScreen>
+#include <QStyle>
 #include <QScrollBar>
+
+#include <algorithm>
+#include <iterator>
 
 #include "bindings/qt/qt_art.h"
 #include "forms/codepage.h"
@@ -42,12 +50,38 @@ QString Css(const Look& look) {
   if (look.foreColor != kDefaultColor) css += "color:" + ColorCss(look.foreColor) + ";";
   if (look.transparent) css += "background:transparent;";
   else if (look.backColor != kDefaultColor) css += "background-color:" + ColorCss(look.backColor) + ";";
-  // A size without a name is in the forms' own font.
-  if (look.font.name || look.font.points > 0)
-    css += QString("font-family:'%1';").arg(look.font.name ? look.font.name : "MS Sans Serif");
-  if (look.font.points > 0) css += QString("font-size:%1pt;").arg(look.font.points);
-  if (look.font.bold) css += "font-weight:bold;";
   return css;
+}
+
+// Whether a table names a font of its own for the control.
+bool HasFont(const Font& f) { return f.name || f.points > 0; }
+
+// A table's font at the window's zoom; the desktop's own font where the
+// table names none. A size without a name is in the forms' own font.
+QFont ZoomedFont(const Font& f, double zoom) {
+  QFont font = QApplication::font();
+  if (HasFont(f)) font.setFamily(f.name ? f.name : "MS Sans Serif");
+  qreal points = f.points > 0 ? f.points : font.pointSizeF();
+  if (points > 0) font.setPointSizeF(points * zoom);
+  else font.setPixelSize(static_cast<int>(font.pixelSize() * zoom + 0.5));
+  if (f.bold) font.setBold(true);
+  return font;
+}
+
+// The zooms a window is shown at.
+constexpr double kZooms[] = {1.0, 1.25, 1.5, 2.0, 2.5, 3.0, 4.0};
+
+// The largest zoom at which a window of the client size (at 100%), with
+// its frame and menu bar, fits the screen with a tenth of it to spare.
+double FittingZoom(const QScreen* screen, QSize client, int menuBar) {
+  if (!screen) return 1.0;
+  constexpr int kFrame = 40;  // a title bar and borders, before the desktop tells
+  QSize room = screen->availableGeometry().size() * 0.9;
+  double best = kZooms[0];
+  for (double zoom : kZooms)
+    if (client.width() * zoom + kFrame <= room.width() && client.height() * zoom + menuBar + kFrame <= room.height())
+      best = zoom;
+  return best;
 }
 
 // A caption without the "&" that marks a menu's key letter.
@@ -96,6 +130,21 @@ class Area : public QLabel {
       QPainter(this).drawPixmap(0, 0, artPixmap_);
     }
     QLabel::paintEvent(e);
+    if (hasFocus()) {
+      // The keyboard's place, seen on any picture: a light ring over a dark one.
+      QPainter painter(this);
+      painter.setRenderHint(QPainter::Antialiasing);
+      QRectF ring = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+      painter.setPen(QPen(QColor(0, 0, 0, 200), 3));
+      painter.drawRoundedRect(ring, 4, 4);
+      painter.setPen(QPen(QColor(255, 214, 140), 1.5, Qt::DashLine));
+      painter.drawRoundedRect(ring, 4, 4);
+    }
+  }
+  void keyPressEvent(QKeyEvent* e) override {
+    bool press = e->key() == Qt::Key_Space || e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
+    if (onClick && press && e->modifiers() == Qt::NoModifier) onClick();
+    else QLabel::keyPressEvent(e);
   }
   void mousePressEvent(QMouseEvent* e) override {
     if (onClick && e->button() == Qt::LeftButton) onClick();
@@ -108,13 +157,31 @@ class Area : public QLabel {
   QPixmap artPixmap_;
 };
 
-// A window that leaves its closing to the program's own unload, and tells
-// the program when the desktop resizes it.
+// A window that leaves its closing to the program's own unload, tells the
+// program when the desktop resizes it, and hands the keys that no control
+// took to the form's key table.
 class FormWindow : public QMainWindow {
  public:
   std::function<void()> onClose, onResize;
+  std::function<bool(const QKeyEvent*)> onKey;
+  // Whether the player can reach the widget: one under a panel is skipped by Tab.
+  std::function<bool(QWidget*)> reachable;
 
  protected:
+  bool focusNextPrevChild(bool next) override {
+    QWidget* first = nullptr;
+    for (int tries = 0; tries < 200; ++tries) {
+      if (!QMainWindow::focusNextPrevChild(next)) return false;
+      QWidget* now = focusWidget();
+      if (!now || now == first || !reachable || reachable(now)) return true;
+      if (!first) first = now;
+    }
+    return true;
+  }
+  void keyPressEvent(QKeyEvent* e) override {
+    if (onKey && onKey(e)) return;
+    QMainWindow::keyPressEvent(e);
+  }
   void closeEvent(QCloseEvent* e) override {
     e->ignore();
     if (onClose) onClose();
@@ -145,6 +212,21 @@ void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
   }
 }
 
+// What a screen reader calls a control: its caption, or its hover text where
+// the caption is the control's value (a text box's text) or there is none.
+QString AccessibleName(const ControlDecl& d, const std::string& caption) {
+  bool captionIsValue = d.kind == Kind::TextBox || d.kind == Kind::ListBox;
+  if (!captionIsValue && !caption.empty()) return Plain(caption);
+  return Q(d.toolTip);
+}
+
+// Whether other controls lie inside this one.
+bool HoldsControls(const FormDecl& t, const ControlDecl& d) {
+  for (const ControlDecl& c : t.controls)
+    if (std::string_view(c.parent) == d.name) return true;
+  return false;
+}
+
 }  // namespace
 
 QtWindows::QtWindows(Program& program) : program_(program), hand_(HandCursor()) {
@@ -167,6 +249,15 @@ QMainWindow* QtWindows::WindowOf(int form) const {
   return it == forms_.end() ? nullptr : it->second.window;
 }
 
+QMainWindow* QtWindows::ActiveWindow() const {
+  QWidget* active = QApplication::activeWindow();
+  for (const auto& [form, w] : forms_)
+    if (w.window == active && active->isVisible()) return w.window;
+  for (auto it = shownOrder_.rbegin(); it != shownOrder_.rend(); ++it)
+    if (QMainWindow* window = WindowOf(*it); window && window->isVisible()) return window;
+  return nullptr;
+}
+
 void QtWindows::User(ControlId id, UserAction action, std::string_view text, int value) {
   if (!mirroring_) Act(program_, id, action, text, value);
 }
@@ -179,6 +270,7 @@ void QtWindows::FormUnloaded(int form) {
   it->second.window->hide();
   it->second.window->deleteLater();
   forms_.erase(it);
+  std::erase(shownOrder_, form);
 }
 
 void QtWindows::Build(int form) {
@@ -188,6 +280,14 @@ void QtWindows::Build(int form) {
   window->onClose = [this, form] {
     if (!mirroring_) CloseForm(program_, form);
   };
+  window->onKey = [this, form](const QKeyEvent* e) { return PressKey(form, e); };
+  window->reachable = [this, form](QWidget* w) {
+    FormSurface& s = program_.surface();
+    const std::vector<QWidget*>& widgets = forms_[form].widgets;
+    auto it = std::find(widgets.begin(), widgets.end(), w);
+    if (it == widgets.end()) return true;  // not a control's own widget: the toolkit's
+    return s.Unreachable({form, static_cast<int>(it - widgets.begin())}).empty();
+  };
   window->onResize = [this, form] {
     FormSurface& s = program_.surface();
     if (s.IsLoaded(form)) program_.RunEvent([&] { s.RaiseForm(form, Event::Resize); });
@@ -196,8 +296,10 @@ void QtWindows::Build(int form) {
   client->fill = BackColor(t.look);
   client->art = t.look.art;
   if (t.look.handCursor) client->setCursor(hand_);
-  client->setFixedSize(Px(t.width), Px(t.height));
   window->setCentralWidget(client);
+  // The window is the form's size in twips at its zoom, and the user resizes
+  // it only through the zoom.
+  window->layout()->setSizeConstraint(QLayout::SetFixedSize);
   if (t.noMaximize || t.fixedBorder) window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
   if (t.fixedBorder) window->setWindowFlag(Qt::WindowMinimizeButtonHint, false);
   if (t.noBorder) window->setWindowFlag(Qt::FramelessWindowHint, true);
@@ -216,6 +318,22 @@ void QtWindows::Build(int form) {
     if (fw.widgets[i]) fw.widgets[i]->raise();
   }
   BuildMenus(form);
+  int menuBar = window->menuWidget() ? window->menuWidget()->sizeHint().height() : 0;
+  fw.fitZoom = FittingZoom(window->screen(), QSize(Px(t.width), Px(t.height)), menuBar);
+  // The program's windows look alike: a small one (the splash) opens no
+  // larger than the others, though it would fit larger. One on screen
+  // already keeps its zoom.
+  for (const auto& [other, built] : forms_)
+    if (other != form) fw.fitZoom = std::min(fw.fitZoom, built.fitZoom);
+  fw.zoom = fw.fitZoom;
+  for (auto& [other, built] : forms_) {
+    if (other == form || built.window->isVisible() || built.fitZoom <= fw.fitZoom) continue;
+    bool atDefault = built.zoom == built.fitZoom;
+    built.fitZoom = fw.fitZoom;
+    if (atDefault) SetZoom(other, fw.fitZoom);
+  }
+  client->setFont(ZoomedFont(t.look.font, fw.zoom));
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) Apply({form, i});
   mirroring_ = false;
@@ -249,6 +367,8 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
         area->setStyleSheet(Css(look));
       }
       area->onClick = [this, id] { User(id, UserAction::Click); };
+      // Whatever answers a click is a button to the keyboard too.
+      if (program_.surface().Answers(id, Event::Click)) area->setFocusPolicy(Qt::TabFocus);
       area->onMove = [this, id] { User(id, UserAction::Hover); };
       w = area;
       break;
@@ -273,7 +393,12 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       }
       w->setStyleSheet(Css(d.look));
       break;
-    case Kind::CommandButton: w = new QPushButton(parent); break;
+    case Kind::CommandButton: {
+      auto* button = new QPushButton(parent);
+      button->setAutoDefault(true);  // Enter presses the button that has the focus
+      w = button;
+      break;
+    }
     case Kind::CheckBox:
       w = new QCheckBox(parent);
       w->setStyleSheet(Css(d.look));
@@ -317,11 +442,81 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
-  if (*d.toolTip) w->setToolTip(Q(d.toolTip));
+  // Over a panel, a text or a movie the player reads or watches, and a hover
+  // text popping up would cover it: there it only names the control to a
+  // screen reader.
+  bool watched = d.kind == Kind::TextBox || d.kind == Kind::ListBox || d.kind == Kind::MediaPlayer;
+  if (*d.toolTip && !watched && !HoldsControls(program_.surface().Table(id.form), d)) w->setToolTip(Q(d.toolTip));
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
   return w;
+}
+
+void QtWindows::ApplyFont(ControlId id) {
+  QWidget* w = WidgetOf(id);
+  if (!w) return;
+  const ControlDecl& d = program_.surface().Decl(id);
+  double zoom = forms_[id.form].zoom;
+  if (HasFont(d.look.font)) w->setFont(ZoomedFont(d.look.font, zoom));
+  if (d.kind == Kind::OptionButton || d.kind == Kind::CheckBox) {
+    // The round or square box grows with the text beside it.
+    if (!w->property("tableSheet").isValid()) w->setProperty("tableSheet", w->styleSheet());
+    QString sheet = w->property("tableSheet").toString();
+    if (zoom != 1.0) {
+      auto metric = d.kind == Kind::OptionButton ? QStyle::PM_ExclusiveIndicatorWidth : QStyle::PM_IndicatorWidth;
+      int side = static_cast<int>(w->style()->pixelMetric(metric, nullptr, w) * zoom + 0.5);
+      side = std::min(side, Px(id.form, program_.surface().At(id).height) - 2);  // within its line
+      sheet += QString("#%1::indicator{width:%2px;height:%2px;}").arg(d.name).arg(side);
+    }
+    w->setStyleSheet(sheet);
+  }
+}
+
+int QtWindows::Px(int form, float twips) const {
+  auto it = forms_.find(form);
+  double zoom = it == forms_.end() ? 1.0 : it->second.zoom;
+  return static_cast<int>(twips / 15.0 * zoom + 0.5);
+}
+
+double QtWindows::Zoom(int form) const {
+  auto it = forms_.find(form);
+  return it == forms_.end() ? 1.0 : it->second.zoom;
+}
+
+void QtWindows::SetZoom(int form, double zoom) {
+  auto it = forms_.find(form);
+  if (it == forms_.end() || it->second.zoom == zoom) return;
+  it->second.zoom = zoom;
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  it->second.window->centralWidget()->setFont(ZoomedFont(t.look.font, zoom));
+  bool was = mirroring_;
+  mirroring_ = true;
+  for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
+    ApplyFont({form, i});
+    Apply({form, i}, Caret::Typing);
+  }
+  mirroring_ = was;
+  ApplyForm(form);
+  it->second.window->layout()->activate();  // the window takes its new size now, not at the next event
+}
+
+bool QtWindows::PressZoomKey(int form, const QKeyEvent* e) {
+  if (!(e->modifiers() & Qt::ControlModifier)) return false;
+  const FormWidgets& fw = forms_[form];
+  const double* step = std::find(std::begin(kZooms), std::end(kZooms), fw.zoom);
+  switch (e->key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+      if (step + 1 < std::end(kZooms)) SetZoom(form, step[1]);
+      return true;
+    case Qt::Key_Minus:
+      if (step != std::begin(kZooms)) SetZoom(form, step[-1]);
+      return true;
+    case Qt::Key_0: SetZoom(form, fw.fitZoom); return true;
+    default: return false;
+  }
 }
 
 void QtWindows::Connect(ControlId id, QWidget* w) {
@@ -370,6 +565,25 @@ void QtWindows::BuildMenus(int form) {
   }
 }
 
+bool QtWindows::PressKey(int form, const QKeyEvent* e) {
+  if (PressZoomKey(form, e)) return true;
+  if (e->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return false;
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  bool known = false;
+  for (const KeyDecl& k : t.keys) {
+    if (QKeySequence(QString(k.key))[0].key() != e->key()) continue;
+    known = true;
+    ControlId id = s.Id(t.name, k.control);
+    UserAction action = s.Decl(id).kind == Kind::OptionButton ? UserAction::Select : UserAction::Click;
+    if (CannotAct(s, id, action).empty()) {
+      User(id, action);
+      return true;
+    }
+  }
+  return known;
+}
+
 void QtWindows::ControlChanged(ControlId id, Prop prop) {
   if (!forms_.count(id.form)) return;
   bool was = mirroring_;
@@ -397,7 +611,7 @@ void QtWindows::ApplyForm(int form) {
   FormState& f = s.Form(form);
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
-  window->centralWidget()->setFixedSize(Px(f.width), Px(f.height));
+  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, f.height));
   if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
   if (!f.picture.host.empty()) {
     window->centralWidget()->setStyleSheet(
@@ -408,6 +622,10 @@ void QtWindows::ApplyForm(int form) {
     // A centred form stands in the middle of the screen it opens on.
     window->adjustSize();
     if (QScreen* screen = window->screen()) window->move(screen->availableGeometry().center() - window->rect().center());
+  }
+  if (f.visible && !window->isVisible()) {
+    std::erase(shownOrder_, form);
+    shownOrder_.push_back(form);
   }
   window->setVisible(f.visible);
 }
@@ -423,14 +641,23 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   }
   QWidget* w = fw.widgets[id.index];
   if (!w) return;
-  w->setGeometry(Px(c.left), Px(c.top), Px(c.width), Px(c.height));
+  int form = id.form;
+  w->setGeometry(Px(form, c.left), Px(form, c.top), Px(form, c.width), Px(form, c.height));
   w->setVisible(c.visible);
   w->setEnabled(c.enabled);
+  // Set only on a change: each setting tells a listening screen reader, and
+  // the timers write some controls many times a second.
+  if (QString name = AccessibleName(*c.decl, c.caption); w->accessibleName() != name) w->setAccessibleName(name);
   if (auto* area = dynamic_cast<Area*>(w)) {
     area->hasPicture = !c.picture.host.empty();
     if (!c.picture.host.empty()) {
-      QPixmap picture(QString::fromStdString(c.picture.host));
-      area->setPixmap(picture.scaled(area->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+      // Scaled to the screen's own pixels, so that it stays sharp at any
+      // zoom and on a high-density screen.
+      qreal ratio = area->devicePixelRatioF();
+      QPixmap picture = QPixmap(QString::fromStdString(c.picture.host))
+                            .scaled(area->size() * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+      picture.setDevicePixelRatio(ratio);
+      area->setPixmap(picture);
     } else if (c.decl->kind == Kind::Label) {
       area->setText(Plain(c.caption));
     }

@@ -11,6 +11,7 @@
 class QMainWindow;
 class QWidget;
 class QAction;
+class QKeyEvent;
 
 namespace fw {
 
@@ -34,15 +35,29 @@ class QtWindows : public QObject, public SurfaceObserver {
   // the movie control's.
   QWidget* WidgetOf(ControlId id) const;
   QMainWindow* WindowOf(int form) const;
+  // The window the player is in: the active one of the program's, else the
+  // one shown last that is still on screen; nullptr when none is.
+  QMainWindow* ActiveWindow() const;
 
-  // Pixels for twips.
+  // Pixels for twips at 100%.
   static int Px(float twips) { return static_cast<int>(twips / 15.0f + 0.5f); }
+  // Pixels for twips in a form's window at its zoom.
+  int Px(int form, float twips) const;
+
+  // The zoom a form's window is shown at (1 for 100%). It starts at the
+  // largest step at which the window fits its screen with room to spare,
+  // and no larger than that of the others, except one already on screen;
+  // Ctrl+Plus and Ctrl+Minus step it, Ctrl+0 goes back to that start. The
+  // program never hears of it: it sees twips.
+  double Zoom(int form) const;
+  void SetZoom(int form, double zoom);
 
  private:
   struct FormWidgets {
     QMainWindow* window = nullptr;
     std::vector<QWidget*> widgets;   // by control index
     std::vector<QAction*> actions;   // menu items by control index
+    double zoom = 1.0, fitZoom = 1.0;
   };
   void Build(int form);
   QWidget* Make(ControlId id, QWidget* parent);
@@ -52,6 +67,12 @@ class QtWindows : public QObject, public SurfaceObserver {
   // SelStart when the logic set text or SelStart, nowhere new after typing.
   enum class Caret { Logic, SelStart, Typing };
   void Apply(ControlId id, Caret caret = Caret::Logic);
+  // A key of the form's key table: the first of its controls that can take
+  // it does. True when the form has the key, taken or refused.
+  bool PressKey(int form, const QKeyEvent* e);
+  bool PressZoomKey(int form, const QKeyEvent* e);
+  // Gives a control the table's font at its window's zoom.
+  void ApplyFont(ControlId id);
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
@@ -60,6 +81,7 @@ class QtWindows : public QObject, public SurfaceObserver {
 
   Program& program_;
   std::map<int, FormWidgets> forms_;
+  std::vector<int> shownOrder_;  // forms, the one shown last at the back
   QCursor hand_;            // drawn once, shown by every control that points
   bool mirroring_ = false;  // the window is being set from the surface: no events back
 };

@@ -1,0 +1,134 @@
+// The game window at another zoom: every control where the zoom puts it,
+// fonts and pictures with it, and the program still in twips.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QTest>
+
+#include <fstream>
+
+#include "bindings/qt/qt_window.h"
+#include "shell/forms.h"
+#include "test_program.h"
+
+namespace fw {
+namespace {
+
+int At(double zoom, float twips) { return static_cast<int>(twips / 15.0 * zoom + 0.5); }
+
+struct ZoomedGame {
+  testing::TestProgram t{AllForms()};
+  QtWindows windows{t.program};
+  int form;
+  ZoomedGame() {
+    t.surface().SetObserver(&windows);
+    t.program.Start();
+    form = t.surface().FindForm("FrmGame");
+  }
+  QMainWindow* Window() { return windows.WindowOf(form); }
+  void Key(Qt::Key key) { QTest::keyClick(Window(), key, Qt::ControlModifier); }
+  // Every control that has a widget stands where the zoom puts its twips.
+  void ExpectEveryControlAt(double zoom) { ExpectEveryControlAt(form, zoom); }
+  void ExpectEveryControlAt(int form, double zoom) {
+    FormSurface& s = t.surface();
+    const FormDecl& table = s.Table(form);
+    for (int i = 0; i < static_cast<int>(table.controls.size()); ++i) {
+      QWidget* w = windows.WidgetOf({form, i});
+      if (!w) continue;
+      const Control& c = s.At({form, i});
+      EXPECT_EQ(w->geometry(), QRect(At(zoom, c.left), At(zoom, c.top), At(zoom, c.width), At(zoom, c.height)))
+          << table.controls[i].name << " at " << zoom;
+    }
+    EXPECT_EQ(windows.WindowOf(form)->centralWidget()->size(),
+              QSize(At(zoom, s.Form(form).width), At(zoom, s.Form(form).height)));
+  }
+};
+
+TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt) {
+  ZoomedGame g;
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/q.fbw") << "[1]\r\nPage Text=Two ways.\r\nOption One=Left\r\nOption Two=Right\r\n";
+  g.t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
+  QTest::mouseClick(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Image1")), Qt::LeftButton);
+  g.t.platform.clock.Set(g.t.now() + 0.02);
+  g.t.program.RunDue();
+
+  double start = g.windows.Zoom(g.form);
+  g.Key(Qt::Key_0);
+  EXPECT_EQ(g.windows.Zoom(g.form), start);
+  while (g.windows.Zoom(g.form) > 1.0) g.Key(Qt::Key_Minus);
+  g.Key(Qt::Key_Minus);
+  EXPECT_EQ(g.windows.Zoom(g.form), 1.0) << "nothing below 100%";
+  g.ExpectEveryControlAt(1.0);
+  auto* text = g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Text1"));
+  qreal points = text->font().pointSizeF();
+
+  for (double step : {1.25, 1.5, 2.0}) {
+    g.Key(Qt::Key_Plus);
+    EXPECT_EQ(g.windows.Zoom(g.form), step);
+  }
+  g.ExpectEveryControlAt(2.0);
+  EXPECT_DOUBLE_EQ(text->font().pointSizeF(), 2 * points);
+  EXPECT_EQ(g.Window()->width(), At(2.0, 8385));
+  EXPECT_EQ(g.Window()->size(), g.Window()->maximumSize()) << "the window keeps its size";
+  QDir().mkpath(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
+  g.Window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/page-at-200.png");
+
+  // A press moves the button by its 50 twips at the zoom; the program keeps
+  // twips.
+  ControlId choose = g.t.surface().Id("FrmGame", "Picture1");
+  bool pressedSeen = false;
+  g.t.program.Post(g.t.now() + 0.1, [&](Program&) {
+    pressedSeen = g.windows.WidgetOf(choose)->pos() == QPoint(At(2, 360 + 50), At(2, 5040 + 50));
+  });
+  g.t.program.RunEvent([&] { g.t.program.PressAnimation(choose); });
+  EXPECT_TRUE(pressedSeen);
+  EXPECT_EQ(g.t.surface().At(choose).left, 360);
+  g.ExpectEveryControlAt(2.0);
+
+  QTest::keyClick(g.Window(), Qt::Key_Escape);
+  ASSERT_TRUE(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Picture2"))->isVisible());
+  g.ExpectEveryControlAt(2.0);
+  g.Window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/picture-menu-at-200.png");
+
+  g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
+  EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
+  g.Key(Qt::Key_0);
+  EXPECT_EQ(g.windows.Zoom(g.form), start);
+}
+
+// Any form zooms alike, built from its table: here the quest editor.
+TEST(QtZoom, TheEditorZoomsAsTheGameWindowDoes) {
+  ZoomedGame g;
+  g.t.program.RunEvent([&] { g.t.surface().Raise(g.t.surface().Id("FrmGame", "mnucreatequest"), Event::Click); });
+  int editor = g.t.surface().FindForm("createquest");
+  QMainWindow* window = g.windows.WindowOf(editor);
+  ASSERT_NE(window, nullptr);
+  ASSERT_TRUE(window->isVisible());
+  double gameZoom = g.windows.Zoom(g.form);
+  while (g.windows.Zoom(editor) < 1.5) QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
+  EXPECT_EQ(g.windows.Zoom(g.form), gameZoom) << "the game window keeps its own";
+  g.ExpectEveryControlAt(editor, 1.5);
+  window->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/editor-at-150.png");
+}
+
+// The window opens at the largest step that fits the screen with room to
+// spare, here a screen of the offscreen platform.
+TEST(QtZoom, TheWindowOpensAtTheLargestStepThatFitsItsScreen) {
+  ZoomedGame g;
+  QSize room = g.Window()->screen()->availableGeometry().size();
+  double zoom = g.windows.Zoom(g.form);
+  EXPECT_LE(At(zoom, 8385), room.width() * 0.9);
+  EXPECT_LE(At(zoom, 6195), room.height() * 0.9);
+  double next = zoom == 1.0 ? 1.25 : zoom == 1.25 ? 1.5 : zoom == 1.5 ? 2.0 : zoom + 0.5;
+  EXPECT_TRUE(At(next, 8385) + 40 > room.width() * 0.9 || At(next, 6195) + 40 > room.height() * 0.9)
+      << "a larger step would have fitted: " << next;
+  // The splash, small enough for a larger step, opens at the game's.
+  EXPECT_EQ(g.windows.Zoom(g.t.surface().FindForm("FrmSplash")), zoom);
+}
+
+}  // namespace
+}  // namespace fw
