@@ -17,6 +17,7 @@
 #include "bindings/qt/qt_desktop.h"
 #include "forms/codepage.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
@@ -75,8 +76,7 @@ TEST(QtDesktopStart, AQuestNamedOnTheCommandLineOpensInTheWindowWithoutTheDialog
     transcript = s.At(s.Id("FrmGame", "Text1")).caption;
     if (QPlainTextEdit* text = DrawnTranscript()) {
       drawn = text->toPlainText();
-      QDir().mkpath(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
-      text->window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/command-line-quest.png");
+      testing::SaveScreenshot(text->window(), "command-line-quest");
     }
     if (transcript.find("Start here.") == std::string::npos && since.elapsed() < 20000) return;
     questfil = s.At(s.Id("FrmGame", "questfil")).caption;

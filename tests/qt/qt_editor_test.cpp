@@ -19,6 +19,7 @@
 #include "shell/forms.h"
 #include "store/program_store.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
@@ -79,8 +80,7 @@ TEST(QtEditor, APageTypedInTheWindowIsInTheWorkingFile) {
   EXPECT_EQ(key("Quest Data", "Number Of Pages"), "2");
 
   pages->setCurrentRow(0);
-  std::filesystem::create_directories(std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
-  window->grab().save(QString::fromStdString(std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/editor.png"));
+  testing::SaveScreenshot(window, "editor");
   EXPECT_EQ(text->toPlainText(), "The gate is shut.");
 }
 

@@ -23,15 +23,10 @@
 #include "forms/controls.h"
 #include "shell/forms.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
-
-QString Shots() {
-  QString dir = QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots";
-  QDir().mkpath(dir);
-  return dir;
-}
 
 struct Game {
   testing::TestProgram t{AllForms()};
@@ -91,7 +86,7 @@ TEST(QtKeyboard, PlaysAPageAndAFightByKeys) {
   g.Key(Qt::Key_A);
   EXPECT_EQ(g.s().At(g.Id("Text2")).caption,
             "You are under attack from Rat!\r\nYou missed!\r\nYou've been hit for 6 damage!");
-  g.Window()->grab().save(Shots() + "/fight-by-keys.png");
+  testing::SaveScreenshot(g.Window(), "fight-by-keys");
   g.Queue({0.05f, 0.5f, 0.05f, 0.5f});
   g.Key(Qt::Key_A);
   EXPECT_FALSE(g.Shown("BattleBox"));
@@ -100,7 +95,7 @@ TEST(QtKeyboard, PlaysAPageAndAFightByKeys) {
   g.Key(Qt::Key_I);
   ASSERT_TRUE(g.Shown("InvBox"));
   EXPECT_EQ(g.s().At(g.Id("List1")).list, std::vector<std::string>{"Rat tail"});
-  g.Window()->grab().save(Shots() + "/inventory-by-keys.png");
+  testing::SaveScreenshot(g.Window(), "inventory-by-keys");
   g.Key(Qt::Key_Escape);
   EXPECT_FALSE(g.Shown("InvBox"));
   g.Key(Qt::Key_C);
@@ -165,12 +160,12 @@ TEST(QtKeyboard, TabReachesEveryButtonOfThePageWithAVisibleFocus) {
   choose->setFocus(Qt::TabFocusReason);
   QImage focused = choose->grab().toImage();
   EXPECT_NE(plain, focused);
-  window->grab().save(Shots() + "/page-focus.png");
+  testing::SaveScreenshot(window, "page-focus");
   QWidget* option = g.Widget("Option1");
   QImage optionPlain = option->grab().toImage();
   option->setFocus(Qt::TabFocusReason);
   EXPECT_NE(optionPlain, option->grab().toImage()) << "an option shows its focus too";
-  window->grab().save(Shots() + "/option-focus.png");
+  testing::SaveScreenshot(window, "option-focus");
   // Space on a focused picture button presses it.
   g.Widget("Picture3")->setFocus(Qt::TabFocusReason);
   QTest::keyClick(g.Widget("Picture3"), Qt::Key_Space);

@@ -19,15 +19,10 @@
 #include "shell/forms.h"
 #include "shell/game_menus.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
-
-QString Shots() {
-  QString dir = QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots";
-  QDir().mkpath(dir);
-  return dir;
-}
 
 // A window with the program behind it, started as a process starts.
 struct Desktop {
@@ -57,7 +52,7 @@ TEST(QtShell, HoverCaptionsFollowTheMouseAndClearOverTheBarePicture) {
   QWidget* quill = d.Widget("Image8");
   QTest::mouseMove(quill, quill->rect().center());
   EXPECT_EQ(caption->text(), "Create A Quest");
-  game->grab().save(Shots() + "/picture-menu.png");
+  testing::SaveScreenshot(game, "picture-menu");
   // Between the zones, on the picture itself.
   QTest::mouseMove(menu, d.At(1500, 3500));
   EXPECT_EQ(caption->text(), "");
@@ -113,7 +108,7 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   d.t.program.Post(d.t.now() + 1, [&](Program&) {
     QMainWindow* splash = d.Window("FrmSplash");
     splashSeen = splash && splash->isVisible();
-    if (splash) splash->grab().save(Shots() + "/splash.png");
+    if (splash) testing::SaveScreenshot(splash, "splash");
   });
   d.t.program.Start();
   EXPECT_TRUE(splashSeen);
@@ -123,7 +118,7 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   for (int tick = 0; tick < 160; ++tick) d.Pass(0.025);
   ASSERT_TRUE(d.Widget("credits")->isVisible());
   EXPECT_EQ(d.Widget("Image3")->y(), QtWindows::Px(6120 - 25 * 160));
-  d.Window("FrmGame")->grab().save(Shots() + "/credits.png");
+  testing::SaveScreenshot(d.Window("FrmGame"), "credits");
 
   d.t.program.RunEvent([&] { d.t.surface().Raise(d.t.surface().Id("FrmGame", "mnunew"), Event::Click); });
   QMainWindow* updates = d.Window("FrmUpdates");
@@ -133,12 +128,12 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   auto* text = updates->findChild<QPlainTextEdit*>("Text1");
   ASSERT_NE(text, nullptr);
   EXPECT_TRUE(text->toPlainText().startsWith("Version 5.9\n4-27-04\n"));
-  updates->grab().save(Shots() + "/whats-new.png");
+  testing::SaveScreenshot(updates, "whats-new");
 
   std::unique_ptr<QMessageBox> about = MakeMessageBox(AboutText(), 64, "About:");
   about->show();
   QTest::qWait(20);
-  about->grab().save(Shots() + "/about.png");
+  testing::SaveScreenshot(about.get(), "about");
   EXPECT_TRUE(about->text().endsWith("E-Mail: authors@fablewright.example"));
 }
 

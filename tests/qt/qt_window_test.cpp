@@ -18,16 +18,10 @@
 #include "forms/controls.h"
 #include "shell/forms.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
-
-// Where the pictures of the screens go, for a person to look at.
-std::string Shots() {
-  std::string dir = std::string(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/";
-  QDir().mkpath(QString::fromStdString(dir));
-  return dir;
-}
 
 TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   testing::TempDir dir;
@@ -44,8 +38,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(window->centralWidget()->width(), QtWindows::Px(8385));
   EXPECT_EQ(window->menuBar()->actions().size(), 3);
 
-  std::string shots = Shots();
-  window->grab().save(QString::fromStdString(shots + "picture-menu-bare.png"));
+  testing::SaveScreenshot(window, "picture-menu-bare");
   FormSurface& s = t.surface();
   t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
   QWidget* load = windows.WidgetOf(s.Id("FrmGame", "Image1"));
@@ -57,7 +50,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_TRUE(transcript->toPlainText().contains(QString::fromUtf8("Caf\xC3\xA9 quest\n")));
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "Picture2"))->isVisible() &&
                s.At(s.Id("FrmGame", "Picture2")).visible);
-  window->grab().save(QString::fromStdString(shots + "page.png"));
+  testing::SaveScreenshot(window, "page");
 
   auto* option = qobject_cast<QRadioButton*>(windows.WidgetOf(s.Id("FrmGame", "Option1")));
   ASSERT_NE(option, nullptr);
@@ -68,7 +61,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "2");
   EXPECT_TRUE(transcript->toPlainText().endsWith("Done."));
 
-  window->grab().save(QString::fromStdString(shots + "page-without-options.png"));
+  testing::SaveScreenshot(window, "page-without-options");
 }
 
 // The character panel, a fight and the inventory through the window's own
@@ -91,13 +84,12 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
     t.platform.clock.Set(t.now() + seconds);
     t.program.RunDue();
   };
-  std::string shots = Shots();
 
   t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
   click("Image1");
   pass(0.01);
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "Command9"))->isEnabled());
-  window->grab().save(QString::fromStdString(shots + "character.png"));
+  testing::SaveScreenshot(window, "character");
   click("Command9");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "CharCreate"))->isVisible());
 
@@ -106,14 +98,14 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
   click("Picture1");
   ASSERT_TRUE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
-  window->grab().save(QString::fromStdString(shots + "battle.png"));
+  testing::SaveScreenshot(window, "battle");
   for (int round = 0; round < 20 && s.At(s.Id("FrmGame", "BattleBox")).visible; ++round) click("Picture7");
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "3");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
 
   click("Picture3");
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
-  window->grab().save(QString::fromStdString(shots + "inventory.png"));
+  testing::SaveScreenshot(window, "inventory");
   click("Picture6");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
 }

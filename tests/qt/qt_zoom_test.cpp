@@ -13,6 +13,7 @@
 #include "bindings/qt/qt_window.h"
 #include "shell/forms.h"
 #include "test_program.h"
+#include "screenshots.h"
 
 namespace fw {
 namespace {
@@ -74,8 +75,7 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   EXPECT_DOUBLE_EQ(text->font().pointSizeF(), 2 * points);
   EXPECT_EQ(g.Window()->width(), At(2.0, 8385));
   EXPECT_EQ(g.Window()->size(), g.Window()->maximumSize()) << "the window keeps its size";
-  QDir().mkpath(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots");
-  g.Window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/page-at-200.png");
+  testing::SaveScreenshot(g.Window(), "page-at-200");
 
   // A press moves the button by its 50 twips at the zoom; the program keeps
   // twips.
@@ -92,7 +92,7 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   QTest::keyClick(g.Window(), Qt::Key_Escape);
   ASSERT_TRUE(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Picture2"))->isVisible());
   g.ExpectEveryControlAt(2.0);
-  g.Window()->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/picture-menu-at-200.png");
+  testing::SaveScreenshot(g.Window(), "picture-menu-at-200");
 
   g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
   EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
@@ -112,7 +112,7 @@ TEST(QtZoom, TheEditorZoomsAsTheGameWindowDoes) {
   while (g.windows.Zoom(editor) < 1.5) QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
   EXPECT_EQ(g.windows.Zoom(g.form), gameZoom) << "the game window keeps its own";
   g.ExpectEveryControlAt(editor, 1.5);
-  window->grab().save(QString(FABLEWRIGHT_SOURCE_DIR) + "/build/screenshots/editor-at-150.png");
+  testing::SaveScreenshot(window, "editor-at-150");
 }
 
 // The window opens at the largest step that fits the screen with room to
