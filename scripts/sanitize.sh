@@ -16,5 +16,10 @@ export ASAN_OPTIONS=halt_on_error=1:exitcode=23:print_stacktrace=1:detect_leaks=
 export UBSAN_OPTIONS=halt_on_error=1:exitcode=24:print_stacktrace=1
 export LSAN_OPTIONS=exitcode=23:print_suppressions=0:suppressions=$root/scripts/lsan.supp
 
+# The tests that play real sound and movies through Qt Multimedia run in the
+# plain suite only: under the sanitizers' timing, Qt's GStreamer plugin can
+# deadlock inside QMediaPlayer::setSource (its pad-added handler and the
+# state change wait on each other's locks), a fault of the plugin seen only
+# under the sanitizers.
 cd build-asan
-ctest --output-on-failure -j"$(nproc)" "$@"
+ctest --output-on-failure -j"$(nproc)" -E '^(QtMedia|QtMoviePanel)\.' "$@"
