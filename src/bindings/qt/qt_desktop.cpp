@@ -19,6 +19,9 @@
 namespace fw {
 namespace {
 
+// The window's tick: one frame at 60 frames a second.
+constexpr int kFrameMs = 16;
+
 // DoEvents on the desktop: the window's own events, clicks included.
 class QtPump : public EventPump {
  public:
@@ -121,7 +124,11 @@ int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
   windows = std::make_unique<QtWindows>(program);
   program.surface().SetObserver(windows.get());
 
-  // The program's timers and posted events, as often as the desktop manages.
+  // The program's timers and posted events. A timer's interval is a request
+  // that a tick meets as often as the platform manages: here once a frame
+  // (60 a second) at most, as often as a player can see a change, so that an
+  // idle window costs next to nothing instead of waking a thousand times a
+  // second for the 1 ms timers.
   QTimer loop;
   loop.setTimerType(Qt::PreciseTimer);
   QObject::connect(&loop, &QTimer::timeout, [&] {
@@ -130,7 +137,7 @@ int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
     // leaves a close to the program, which has ended already.
     if (program.Over()) QCoreApplication::exit(0);
   });
-  loop.start(1);
+  loop.start(kFrameMs);
   program.Start();
   if (!start.quest.empty() && !program.Over()) OpenQuest(program, dialogs, start.quest);
   if (start.opening && !program.Over()) program.RunEvent([&] { start.opening(program); });
