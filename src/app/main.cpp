@@ -1,6 +1,7 @@
 // The command line: one program, several jobs.
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "bindings/qt/qt_desktop.h"
 #include "bindings/terminal/terminal_player.h"
 #include "editor/createquest.h"
+#include "play/start_quest.h"
 #include "forms/codepage.h"
 #include "forms/paths.h"
 #include "store/ini_command.h"
@@ -130,25 +132,32 @@ bool QuestFile(std::string& quest) {
   return true;
 }
 
+// The first step that opens the quest named on the command line, none for
+// the picture menu.
+std::function<void(fw::Program&)> OpenNamed(const std::string& quest) {
+  if (quest.empty()) return {};
+  return [path = fw::Cp1252FromUtf8(quest)](fw::Program& p) { fw::OpenQuestNamed(p, path); };
+}
+
 int Play(const std::vector<std::string>& args) {
-  fw::TerminalOptions options;
+  std::string quest;
   fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (Folders(args, i, launch)) continue;
     if (args[i] == "--silent") {
       launch.sound = false;
     } else if (Seed(args, i, launch)) {
-    } else if (options.quest.empty() && !args[i].starts_with("--")) {
-      options.quest = args[i];
+    } else if (quest.empty() && !args[i].starts_with("--")) {
+      quest = args[i];
     } else {
       std::cerr << "fablewright: unknown argument for play: " << args[i] << "\n";
       return 2;
     }
   }
-  if (!options.quest.empty() && !QuestFile(options.quest)) return 1;
+  if (!quest.empty() && !QuestFile(quest)) return 1;
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
+  return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
 
 // The editor's window straight away, over the game window, on the quest
@@ -177,12 +186,10 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  fw::DesktopStart start;
-  start.opening = [&quest](fw::Program& p) {
+  return fw::RunDesktop(assembly.Maker(), argc, argv, [&quest](fw::Program& p) {
     if (quest.empty()) fw::OpenEditor(p);
     else fw::OpenEditorOn(p, quest);
-  };
-  return fw::RunDesktop(assembly.Maker(), argc, argv, start);
+  });
 }
 
 // The program's own job: its windows on a desktop, the terminal player
@@ -190,22 +197,22 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
 // opens in either.
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
-  fw::TerminalOptions options;
+  std::string quest;
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (Folders(args, i, launch) || Seed(args, i, launch)) continue;
-    if (options.quest.empty() && !args[i].starts_with("--")) {
-      options.quest = args[i];
+    if (quest.empty() && !args[i].starts_with("--")) {
+      quest = args[i];
     } else {
       std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
       return 2;
     }
   }
-  if (!options.quest.empty() && !QuestFile(options.quest)) return 1;
+  if (!quest.empty() && !QuestFile(quest)) return 1;
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv, {.quest = options.quest, .opening = {}});
+  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv, OpenNamed(quest));
   std::cerr << "fablewright: no display; playing in the terminal instead\n";
-  return fw::PlayInTerminal(options, assembly.Maker(), 0, stdout);
+  return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
 
 }  // namespace

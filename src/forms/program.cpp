@@ -90,7 +90,9 @@ bool Program::ShowFileDialog(ControlId dialog, bool save) {
   const Control& c = surface_.At(dialog);
   FileDialogRequest request{surface_.Table(dialog.form).name, c.decl->name, save,
                             c.decl->filter, c.decl->defaultExt, c.initDir, c.fileName};
-  std::optional<std::string> answer = services_.dialogs->FileDialog(request);
+  std::optional<std::string> answer;
+  if (nextFileAnswer_ && nextFileAnswer_->first == dialog) answer = std::exchange(nextFileAnswer_, {})->second;
+  else answer = services_.dialogs->FileDialog(request);
   if (!answer) return false;
   surface_.SetFileName(dialog, save ? WithDefaultExt(*answer, c.decl->defaultExt) : *answer);
   return true;

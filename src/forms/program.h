@@ -2,6 +2,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -81,6 +82,9 @@ class Program {
   // The file dialogs: true when the user answered, false when cancelled.
   bool ShowOpen(ControlId dialog);
   bool ShowSave(ControlId dialog);
+  // The next showing of that dialog gets path (Windows-1252) without being
+  // shown: a file named on the command line, as the user would pick it.
+  void AnswerNextFileDialog(ControlId dialog, std::string path) { nextFileAnswer_ = {dialog, std::move(path)}; }
 
   // -- The event loop.
   double Timer() { return services_.clock->Now(); }
@@ -143,6 +147,7 @@ class Program {
   bool ended_ = false;
   std::vector<std::string> notices_;
   std::unordered_map<std::type_index, std::shared_ptr<void>> modules_;
+  std::optional<std::pair<ControlId, std::string>> nextFileAnswer_;
 };
 
 // Makes the program a binding runs. The binding brings the services that are

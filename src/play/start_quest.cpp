@@ -85,6 +85,12 @@ void LoadTmpGame(Program& p) {
   StartQuest(p, QuestEntry::TmpGame);
 }
 
+void OpenQuestNamed(Program& p, std::string_view path) {
+  FormSurface& s = p.surface();
+  p.AnswerNextFileDialog(s.Id("FrmGame", "questfile"), std::string(path));
+  s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
+}
+
 void frmgame::mnuloadquest_Click(Program& p) {
   GameState g(p);
   FileDialog questfile(p.surface(), "FrmGame", "questfile");

@@ -1,4 +1,5 @@
 #pragma once
+#include <string_view>
 
 namespace fw {
 
@@ -20,6 +21,11 @@ void StartQuest(Program& p, QuestEntry entry);
 
 // The editor's test play: starts its working file tmpquest.ini.
 void LoadTmpGame(Program& p);
+
+// Opens the quest at path (Windows-1252) as the Load Quest zone opens one,
+// its file dialog answered with the path: a quest named on the command line.
+// It opens even where the picture menu is not on screen (a packaged game).
+void OpenQuestNamed(Program& p, std::string_view path);
 
 namespace frmgame {
 

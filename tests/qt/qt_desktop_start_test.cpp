@@ -15,6 +15,7 @@
 
 #include "app/assembly.h"
 #include "bindings/qt/qt_desktop.h"
+#include "play/start_quest.h"
 #include "forms/codepage.h"
 #include "test_program.h"
 #include "screenshots.h"
@@ -86,7 +87,7 @@ TEST(QtDesktopStart, AQuestNamedOnTheCommandLineOpensInTheWindowWithoutTheDialog
   });
   watch.start(20);
 
-  EXPECT_EQ(RunDesktopWindows(make, {.quest = quest, .opening = {}}), 0);
+  EXPECT_EQ(RunDesktopWindows(make, [&](Program& p) { OpenQuestNamed(p, Cp1252FromUtf8(quest)); }), 0);
   EXPECT_FALSE(dialogShown);
   EXPECT_NE(transcript.find("Start here."), std::string::npos) << transcript;
   EXPECT_TRUE(drawn.contains("Start here.")) << drawn.toStdString();

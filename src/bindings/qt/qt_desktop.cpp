@@ -36,16 +36,6 @@ QString Filter(const std::string& filter) {
   return pairs.join(";;");
 }
 
-// The quest named on the command line opens as Load Quest opens one, even
-// where the picture menu is not on screen (a packaged game).
-void OpenQuest(Program& program, QtDialogs& dialogs, const std::string& quest) {
-  dialogs.Preanswer("FrmGame.questfile", Cp1252FromUtf8(quest));
-  program.RunEvent([&] {
-    FormSurface& s = program.surface();
-    s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
-  });
-}
-
 }  // namespace
 
 int QtDialogs::MsgBox(std::string_view prompt, int style, std::string_view title) {
@@ -56,20 +46,11 @@ int QtDialogs::MsgBox(std::string_view prompt, int style, std::string_view title
 }
 
 std::optional<std::string> QtDialogs::FileDialog(const FileDialogRequest& r) {
-  if (!preDialog_.empty() && preDialog_ == r.form + "." + r.dialog) {
-    preDialog_.clear();
-    return std::exchange(prePath_, {});
-  }
   QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
   QString chosen = r.save ? QFileDialog::getSaveFileName(Parent(), {}, dir, Filter(r.filter))
                           : QFileDialog::getOpenFileName(Parent(), {}, dir, Filter(r.filter));
   if (chosen.isEmpty()) return std::nullopt;
   return Cp1252FromUtf8(chosen.toStdString());
-}
-
-void QtDialogs::Preanswer(std::string dialog, std::string path) {
-  preDialog_ = std::move(dialog);
-  prePath_ = std::move(path);
 }
 
 std::unique_ptr<QMessageBox> MakeMessageBox(std::string_view prompt, int style, std::string_view title,
@@ -100,13 +81,13 @@ bool DisplayAvailable() {
   return false;
 }
 
-int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start) {
+int RunDesktop(const ProgramMaker& make, int argc, char** argv, const Opening& opening) {
   QuietQtMessages();
   QApplication app(argc, argv);
-  return RunDesktopWindows(make, start);
+  return RunDesktopWindows(make, opening);
 }
 
-int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
+int RunDesktopWindows(const ProgramMaker& make, const Opening& opening) {
   // The installed desktop entry's name, by which a desktop ties the
   // windows to their menu entry and icon.
   QGuiApplication::setDesktopFileName(FABLEWRIGHT_APP_ID);
@@ -139,8 +120,7 @@ int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start) {
   });
   loop.start(kFrameMs);
   program.Start();
-  if (!start.quest.empty() && !program.Over()) OpenQuest(program, dialogs, start.quest);
-  if (start.opening && !program.Over()) program.RunEvent([&] { start.opening(program); });
+  if (opening && !program.Over()) program.RunEvent([&] { opening(program); });
   if (program.Over()) return 0;
   return QApplication::exec();
 }

@@ -26,14 +26,10 @@ class QtDialogs : public Dialogs {
   explicit QtDialogs(std::function<QWidget*()> parent = {}) : parent_(std::move(parent)) {}
   int MsgBox(std::string_view prompt, int style, std::string_view title) override;
   std::optional<std::string> FileDialog(const FileDialogRequest& r) override;
-  // The next file dialog of that control ("FrmGame.questfile") gets this
-  // path (Windows-1252) without being shown.
-  void Preanswer(std::string dialog, std::string path);
 
  private:
   QWidget* Parent() const { return parent_ ? parent_() : nullptr; }
   std::function<QWidget*()> parent_;
-  std::string preDialog_, prePath_;
 };
 
 // Keeps Qt's own warnings and debug notes off the terminal: a player sees
@@ -43,17 +39,15 @@ void QuietQtMessages();
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();
 
-// What a command line asks of the window at its start.
-struct DesktopStart {
-  std::string quest;  // a quest (UTF-8 path) to open once the game window is up, as Load Quest opens one
-  std::function<void(Program&)> opening;  // a first step of its own, such as opening the editor
-};
+// A command line's own first step, run as one event once the game window is
+// up: opening the quest it names, or the editor.
+using Opening = std::function<void(Program&)>;
 
 // Runs the program, made by make, in its windows until it ends. Gives the
 // exit code.
-int RunDesktop(const ProgramMaker& make, int argc, char** argv, const DesktopStart& start = {});
+int RunDesktop(const ProgramMaker& make, int argc, char** argv, const Opening& opening = {});
 
 // The same inside the application object that is running already.
-int RunDesktopWindows(const ProgramMaker& make, const DesktopStart& start = {});
+int RunDesktopWindows(const ProgramMaker& make, const Opening& opening = {});
 
 }  // namespace fw

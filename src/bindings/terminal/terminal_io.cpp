@@ -109,10 +109,6 @@ int TerminalDialogs::MsgBox(std::string_view prompt, int style, std::string_view
 }
 
 std::optional<std::string> TerminalDialogs::FileDialog(const FileDialogRequest& request) {
-  if (!preDialog_.empty() && preDialog_ == request.form + "." + request.dialog) {
-    preDialog_.clear();
-    return Answer(prePath_, request);
-  }
   std::string pattern = request.defaultExt.empty() ? request.filter : request.defaultExt;
   std::string prompt = std::string(request.save ? "Save as" : "Open") + " file (" + Utf8FromCp1252(pattern) +
                        "), empty to cancel: ";

@@ -69,10 +69,7 @@ class TerminalDialogs : public Dialogs {
   int MsgBox(std::string_view prompt, int style, std::string_view title) override;
   std::optional<std::string> FileDialog(const FileDialogRequest& request) override;
   // The next file dialog of that control gets this answer without asking.
-  void Preanswer(std::string dialog, std::string path) {
-    preDialog_ = std::move(dialog);
-    prePath_ = std::move(path);
-  }
+
   // How many message boxes have been shown, and the last path a file dialog
   // was answered with (UTF-8): enough to tell that a save went through.
   int boxesShown() const { return boxesShown_; }
@@ -85,7 +82,7 @@ class TerminalDialogs : public Dialogs {
   LineInput& input_;
   TerminalOut& out_;
   TypedText& typed_;
-  std::string preDialog_, prePath_;
+
   int boxesShown_ = 0;
   std::optional<std::string> lastPath_;
 };

@@ -106,7 +106,7 @@ class TerminalGame {
   std::unique_ptr<Program> program_;
   std::unique_ptr<TranscriptEcho> echo_;
   std::unique_ptr<GameWatch> watch_;
-  std::string quest_;
+  std::function<void(Program&)> opening_;
   std::string panelShown_;     // the character panel as last printed
   std::string standingShown_;  // both sides of the fight as last printed
   std::string scoreShown_;     // the score as last printed
@@ -119,7 +119,7 @@ TerminalGame::TerminalGame(const TerminalOptions& o, const ProgramMaker& make, i
       typed_(out_),
       input_(MakeLineInput(inputFd, out_, [this] { return Idle(); })),
       dialogs_(*input_, out_, typed_),
-      quest_(o.quest) {
+      opening_(o.opening) {
   Services own{};
   own.pump = &pump_;
   own.dialogs = &dialogs_;
@@ -393,14 +393,8 @@ void TerminalGame::Command(const std::string& line) {
 int TerminalGame::Run() {
   program_->Start();
   scoreShown_ = Text("score");
-  if (!quest_.empty()) {
-    dialogs_.Preanswer("FrmGame.questfile", quest_);
-    // The quest named on the command line opens as Load Quest opens one,
-    // even where the picture menu is not on screen (a packaged game).
-    program_->RunEvent([&] {
-      FormSurface& s = program_->surface();
-      s.Raise(s.Id("FrmGame", "Image1"), Event::Click);
-    });
+  if (opening_) {
+    program_->RunEvent([&] { opening_(*program_); });
   } else {
     out_.Write("No quest loaded. Type open to open a quest file.\n");
   }

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdio>
+#include <functional>
 #include <string>
 
 #include "forms/program.h"
@@ -7,7 +8,9 @@
 namespace fw {
 
 struct TerminalOptions {
-  std::string quest;  // the quest to open at once (UTF-8 host path), or "" for the menu
+  // The command line's first step (opening the quest it names), or none for
+  // the picture menu.
+  std::function<void(Program&)> opening;
 };
 
 // Plays in a terminal, or through a plain pipe: the transcript as it grows,
