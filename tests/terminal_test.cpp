@@ -26,6 +26,13 @@ std::string Play(const std::string& quest, const std::string& input, const std::
   return out;
 }
 
+// Writes a quest file of the text into dir; gives its path.
+std::string WriteQuest(const testing::TempDir& dir, const char* name, const std::string& text) {
+  std::string path = dir.str() + "/" + name;
+  std::ofstream(path, std::ios::binary) << text;
+  return path;
+}
+
 TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
   testing::TempDir dir;
   std::string quest = dir.str() + "/mill.fbw";
@@ -103,8 +110,7 @@ constexpr const char* kBatCave =
 
 TEST(TerminalPlayer, TheCharacterPanelKeepsThePagesOptionsOutOfReach) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/bat.fbw";
-  std::ofstream(quest, std::ios::binary) << kBatCave;
+  std::string quest = WriteQuest(dir, "bat.fbw", kBatCave);
   std::string out = Play(quest, "1\nq\ny\n", dir.str());
   // The panel's prompt starts a paragraph of its own, whether or not its
   // fields are printed again above it.
@@ -128,12 +134,6 @@ TEST(TerminalPlayer, ACharacterTheQuestFileCannotTakeIsToldOnceAndTheFileStaysWh
   EXPECT_TRUE(after == text) << "the quest file changed: " << after.size() << " bytes, was " << text.size();
 }
 
-}  // namespace
-}  // namespace fw
-
-namespace fw {
-namespace {
-
 constexpr const char* kMill =
     "[Story Info]\r\nTitle=The Old Mill\r\n"
     "[1]\r\nLocation=The gate\r\nPage Text=A rusty key lies in the grass.\r\n"
@@ -145,8 +145,7 @@ constexpr const char* kMill =
 
 TEST(TerminalPlayer, CommandsAreTakenWhateverTheirCaseAndBlanksAndLookGivesThePlace) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/mill.fbw";
-  std::ofstream(quest, std::ios::binary) << kMill;
+  std::string quest = WriteQuest(dir, "mill.fbw", kMill);
   std::string out = Play(quest, "ITEMS\n Look \nScore\n1 \nLOOK\n  1\t\n2\nhelp\nscore\nq\n", dir.str());
   ExpectInOrder(out, {"> You carry no key items.\n", "> \nThe gate\nA rusty key lies in the grass.\n",
                       "> Score: 0\n", ">\nThe door is locked.\nScore: 5\n  1. Back\n",
@@ -161,8 +160,7 @@ TEST(TerminalPlayer, CommandsAreTakenWhateverTheirCaseAndBlanksAndLookGivesThePl
 
 TEST(TerminalPlayer, ALoadedNameWithoutItsExtensionIsFound) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/mill.fbw";
-  std::ofstream(quest, std::ios::binary) << kMill;
+  std::string quest = WriteQuest(dir, "mill.fbw", kMill);
   std::string game = dir.str() + "/first";
   std::string out = Play(quest, "1\nsave\n" + game + "\n1\nload\n" + game + " \nq\ny\n", dir.str());
   ExpectInOrder(out, {"Game: " + game + ".sav\nSaved Successfully.", "Game: " + game + ".sav\nLoaded Successfully.",
@@ -171,8 +169,7 @@ TEST(TerminalPlayer, ALoadedNameWithoutItsExtensionIsFound) {
 
 TEST(TerminalPlayer, TheCharacterBeforeItIsMadeAndItsFilesAreTold) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/bat.fbw";
-  std::ofstream(quest, std::ios::binary) << kBatCave;
+  std::string quest = WriteQuest(dir, "bat.fbw", kBatCave);
   std::string cha = dir.str() + "/ana";
   std::string out = Play(quest,
                          "character\nname \xE6\x97\xA5\xE6\x9C\xAC\nname Zo\xC3\xAB \xE6\x97\xA5\nname Zo\xC3\xAB\n"
@@ -192,10 +189,9 @@ TEST(TerminalPlayer, TheCharacterBeforeItIsMadeAndItsFilesAreTold) {
 
 TEST(TerminalPlayer, BothSidesOfAFightAreShownAfterEveryRound) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/bat.fbw";
   std::string text = kBatCave;
   text.replace(text.find("BattleMonHp=1"), 13, "BattleMonHp=30");
-  std::ofstream(quest, std::ios::binary) << text;
+  std::string quest = WriteQuest(dir, "bat.fbw", text);
   std::string out = Play(quest, "create\n1\nattack\nattack\nattack\nattack\nattack\nattack\nattack\nq\ny\n", dir.str(),
                          "--seed 7");
   ExpectInOrder(out, {"You are under attack from Bat!\nBat's HP: 30   Your Hp: ", "(A battle!", "> \nYou",
@@ -239,8 +235,7 @@ TEST(TerminalPlayer, TheProgramsOwnJobTakesASeedAsPlayDoes) {
 // question: No plays on, Yes ends the player.
 TEST(TerminalPlayer, AboutWhatsNewAndTheExitQuestion) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/q.fbw";
-  std::ofstream(quest, std::ios::binary) << "[1]\r\nLocation=Hall\r\nPage Text=Quiet.\r\nOption One=Wait\r\n";
+  std::string quest = WriteQuest(dir, "q.fbw", "[1]\r\nLocation=Hall\r\nPage Text=Quiet.\r\nOption One=Wait\r\n");
   std::string out = Play(quest, "about\\nnews\\nquit\\nn\\n1\\nquit\\ny\\nabout\\n", dir.str());
   ExpectInOrder(out, {"About: Fablewright 2004\nUsing Fablewright Game Engine Build V5.9\n",
                       "E-Mail: authors@fablewright.example\n", "What's New! in 5.9\nVersion 5.9\n4-27-04\n",
