@@ -69,24 +69,6 @@ TEST(EditorBattleWindow, OpeningAndFollowingAFullPageLeaveTheFileAsItWas) {
   EXPECT_EQ(ReadAll(e.Working()), before);
 }
 
-// Closing destroys the window: nothing of it stays loaded, and what brings
-// it back reads the file afresh.
-TEST(EditorBattleWindow, CloseDestroysAndAShowMakesItAgainFromTheFile) {
-  Editor e;
-  e.Load(kBattleQuest);
-  e.t.platform.clock.Set(e.t.now() + 0.01);
-  e.t.program.RunDue();
-  ASSERT_EQ(e.Do("createquest", "Command7", UserAction::Click), "");
-  ASSERT_EQ(CloseForm(e.t.program, e.t.surface().FindForm("FrmBattle")), "");
-  EXPECT_FALSE(e.Loaded("FrmBattle"));
-  WriteINI(e.t.program, "tmpquest.ini", "1", "BattleMonName", "Wolf King");
-  ASSERT_EQ(e.Do("createquest", "Command7", UserAction::Click), "");
-  EXPECT_TRUE(e.Loaded("FrmBattle"));
-  EXPECT_EQ(TextBox(e.t.surface(), "FrmBattle", "Text1").Text(), "Wolf King");
-  // Its own load keeps the table's drawing for a page without a picture.
-  EXPECT_EQ(Image(e.t.surface(), "FrmBattle", "Image1").Picture().path, "");
-}
-
 TEST(EditorCharacterWindow, OpeningOnAFreshFileWritesNothing) {
   Editor e;
   const std::string before = ReadAll(e.Working());
