@@ -41,8 +41,8 @@ TEST(ProgramProcesses, ShellFailsOnlyWhenTheProgramIsNotFound) {
   EXPECT_EQ(t.platform.processes.started, (std::vector<std::string>{"true --ignored", "true"}));
   EXPECT_EQ(t.platform.processes.windowStyles, (std::vector<int>{3, 0}));
   SpawnProcesses real;
-  EXPECT_TRUE(real.Start("true", 2));
-  EXPECT_FALSE(real.Start("no-such-program-here", 2));
+  EXPECT_TRUE(real.Start("true", 2, ""));
+  EXPECT_FALSE(real.Start("no-such-program-here", 2, ""));
 }
 
 }  // namespace
