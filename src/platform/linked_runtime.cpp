@@ -1,0 +1,193 @@
+#include "platform/linked_runtime.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "forms/failure.h"
+#include "forms/regular_file.h"
+#include "platform/fluid_sequencer.h"
+#include "platform/program_search.h"
+
+extern char** environ;
+
+namespace fs = std::filesystem;
+
+namespace fw {
+namespace {
+
+// What Qt loads by name at run time, below its plugin folder, in the order
+// they are copied: the window on X11, Wayland or none, the picture formats
+// quests use beyond those Qt reads itself, the icons drawn from SVG, and the
+// sound and movie player. Those this machine lacks are passed over.
+constexpr const char* kQtPlugins[] = {
+    "platforms/libqxcb.so",
+    "platforms/libqwayland-generic.so",
+    "platforms/libqwayland-egl.so",
+    "wayland-shell-integration/libxdg-shell.so",
+    "platforms/libqoffscreen.so",
+    "imageformats/libqjpeg.so",
+    "imageformats/libqgif.so",
+    "imageformats/libqsvg.so",
+    "iconengines/libqsvgicon.so",
+    "multimedia/libgstreamermediaplugin.so",
+};
+
+constexpr const char* kQtConf = "[Paths]\nPrefix=.\nPlugins=plugins\n";
+
+// The file names the C library installs; a copy of one would fight the
+// system's loader.
+constexpr const char* kCLibraries[] = {"ld-linux", "libc.so",  "libm.so",    "libmvec.so",        "libpthread.so",
+                                       "libdl.so", "librt.so", "libutil.so", "libresolv.so",      "libanl.so",
+                                       "libnsl.so", "libBrokenLocale.so", "libthread_db.so", "libc_malloc_debug.so"};
+
+// Libraries by name, first come first kept.
+class LibrarySet {
+ public:
+  void Add(const std::vector<ResolvedLibrary>& found) {
+    for (const ResolvedLibrary& lib : found)
+      if (!IsCLibrary(lib.soname) && names_.insert(lib.soname).second) libraries_.push_back(lib);
+  }
+  const std::vector<ResolvedLibrary>& All() const { return libraries_; }
+  // The folder of a Qt library, where Qt keeps its plugins below qt6/.
+  std::string QtPluginFolder() const {
+    for (const ResolvedLibrary& lib : libraries_)
+      if (lib.soname.starts_with("libQt6Core.so")) return fs::path(lib.path).parent_path() / "qt6" / "plugins";
+    return {};
+  }
+
+ private:
+  std::set<std::string> names_;
+  std::vector<ResolvedLibrary> libraries_;
+};
+
+std::vector<ResolvedLibrary> LibrariesOf(const std::string& file) {
+  std::optional<std::string> out = RunAndRead({"ldd", file});
+  return out ? ParseLdd(*out) : std::vector<ResolvedLibrary>{};
+}
+
+bool IsFile(const std::string& path) {
+  std::error_code ec;
+  return fs::is_regular_file(path, ec);
+}
+
+// The run path a file of the folder holds, "" when none: patchelf's answer.
+std::string RunPathOf(const std::string& file) {
+  std::string out = RunAndRead({"patchelf", "--print-rpath", file}).value_or("");
+  while (!out.empty() && (out.back() == '\n' || out.back() == ' ')) out.pop_back();
+  return out;
+}
+
+// Sets the run path and checks it took: patchelf leaves the file as it was
+// when it cannot.
+void SetRunPath(const std::string& file, const std::string& runPath, bool forEveryLoad) {
+  std::vector<std::string> argv = {"patchelf", "--set-rpath", runPath, file};
+  if (forEveryLoad) argv.insert(argv.begin() + 1, "--force-rpath");
+  if (!RunAndRead(argv)) throw Failure("File not found");
+  if (RunPathOf(file) != runPath) throw Failure("Path/File access error");
+}
+
+}  // namespace
+
+std::optional<std::string> RunAndRead(const std::vector<std::string>& argv) {
+  if (argv.empty()) return std::nullopt;
+  std::string program = FindProgram(argv[0]);
+  if (program.empty()) return std::nullopt;
+  int pipeFds[2];
+  if (::pipe2(pipeFds, O_CLOEXEC) != 0) return std::nullopt;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, pipeFds[1], 1);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+  std::vector<char*> args;
+  for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  pid_t pid;
+  bool started = posix_spawn(&pid, program.c_str(), &actions, nullptr, args.data(), environ) == 0;
+  posix_spawn_file_actions_destroy(&actions);
+  ::close(pipeFds[1]);
+  std::string out;
+  if (started) ReadToEnd(pipeFds[0], out);
+  ::close(pipeFds[0]);
+  // The program may reap children by itself (it ignores SIGCHLD), so a
+  // failed wait says nothing; the end of the output is the end of the run.
+  if (started) ::waitpid(pid, nullptr, 0);
+  if (!started) return std::nullopt;
+  return out;
+}
+
+std::vector<ResolvedLibrary> ParseLdd(const std::string& output) {
+  std::vector<ResolvedLibrary> found;
+  std::size_t start = 0;
+  while (start < output.size()) {
+    std::size_t end = output.find('\n', start);
+    if (end == std::string::npos) end = output.size();
+    std::string line = output.substr(start, end - start);
+    start = end + 1;
+    std::size_t arrow = line.find(" => /");
+    if (arrow == std::string::npos) continue;
+    std::size_t name = line.find_first_not_of(" \t");
+    std::size_t address = line.rfind(" (0x");
+    if (address == std::string::npos || address < arrow) address = line.size();
+    found.push_back({line.substr(name, arrow - name), line.substr(arrow + 4, address - arrow - 4)});
+  }
+  return found;
+}
+
+bool IsCLibrary(const std::string& soname) {
+  for (const char* prefix : kCLibraries)
+    if (soname.starts_with(prefix)) return true;
+  return false;
+}
+
+std::vector<RuntimeFile> LinkedRuntime::Files() {
+  if (files_) return *files_;
+  LibrarySet libraries;
+  libraries.Add(LibrariesOf(exe_));
+  for (const std::string& own : ownFiles_) libraries.Add(LibrariesOf(own));
+  std::vector<RuntimeFile> plugins;
+  std::string pluginFolder = libraries.QtPluginFolder();
+  for (const char* plugin : kQtPlugins) {
+    std::string path = pluginFolder + "/" + plugin;
+    if (pluginFolder.empty() || !IsFile(path)) continue;
+    plugins.push_back({path, std::string("plugins/") + plugin});
+    libraries.Add(LibrariesOf(path));
+  }
+  std::vector<RuntimeFile> files;
+  for (const ResolvedLibrary& lib : libraries.All()) files.push_back({lib.path, "lib/" + lib.soname});
+  files.insert(files.end(), plugins.begin(), plugins.end());
+  std::string soundfont = FindSoundfont(fs::path(exe_).parent_path());
+  if (!soundfont.empty()) files.push_back({soundfont, kGameSoundfont});
+  files_ = files;
+  return files;
+}
+
+// The executable's run path reaches every library loaded on its behalf (a
+// DT_RPATH, not a DT_RUNPATH, which would reach only its own direct needs).
+// A library that brings a run path of its own searches there instead, so it
+// is pointed at its own folder. A plugin gets a DT_RPATH to lib/ as well,
+// which reaches the libraries its own libraries need, so that it resolves
+// there whoever loads it.
+void LinkedRuntime::Adopt(const std::string& folder, const std::string& exeCopy) {
+  {
+    std::ofstream conf(folder + "/qt.conf", std::ios::binary | std::ios::trunc);
+    conf << kQtConf;
+    if (!conf.flush()) throw Failure("Path/File access error");
+  }
+  SetRunPath(exeCopy, "$ORIGIN/lib", true);
+  std::error_code ec;
+  for (const auto& entry : fs::directory_iterator(folder + "/lib", ec)) {
+    std::string lib = entry.path().string();
+    if (!RunPathOf(lib).empty()) SetRunPath(lib, "$ORIGIN", false);
+  }
+  for (const auto& kind : fs::directory_iterator(folder + "/plugins", ec))
+    for (const auto& plugin : fs::directory_iterator(kind.path(), ec))
+      SetRunPath(plugin.path().string(), "$ORIGIN/../../lib", true);
+}
+
+}  // namespace fw
