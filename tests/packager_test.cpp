@@ -170,5 +170,33 @@ TEST(LinkedRuntime, TheProgramsRuntimeHoldsQtItsPluginsAndNoCLibrary) {
   for (const RuntimeFile& f : files) EXPECT_TRUE(fs::is_regular_file(f.from)) << f.from;
 }
 
+// What Adopt leaves in a game folder: each file pointed where it finds lib/.
+TEST(LinkedRuntime, AdoptPointsTheCopyItsModulesPluginsAndWanderingLibrariesAtLib) {
+  if (!RunAndRead({"patchelf", "--version"})) GTEST_SKIP() << "patchelf is not installed";
+  TempDir dir;
+  const fs::path elf = "/lib/x86_64-linux-gnu/libz.so.1";
+  if (!fs::exists(elf)) GTEST_SKIP() << "no " << elf << " to stand for the files";
+  fs::path game = dir.path / "Game";
+  for (const char* file : {"Game", "module.so", "lib/libz.so.1", "lib/libwander.so", "plugins/platforms/libq.so"}) {
+    fs::create_directories((game / file).parent_path());
+    fs::copy_file(elf, game / file);
+  }
+  auto runPath = [](const fs::path& file) {
+    std::string out = RunAndRead({"patchelf", "--print-rpath", file.string()}).value_or("?");
+    return out.substr(0, out.find('\n'));
+  };
+  RunAndRead({"patchelf", "--set-rpath", "/usr/lib/somewhere", (game / "lib/libwander.so").string()});
+  ASSERT_EQ(runPath(game / "lib/libwander.so"), "/usr/lib/somewhere");
+
+  LinkedRuntime runtime(elf.string(), {(dir.path / "build" / "module.so").string()});
+  runtime.Adopt(game.string(), (game / "Game").string());
+  EXPECT_EQ(runPath(game / "Game"), "$ORIGIN/lib");
+  EXPECT_EQ(runPath(game / "module.so"), "$ORIGIN/lib");
+  EXPECT_EQ(runPath(game / "lib/libwander.so"), "$ORIGIN");
+  EXPECT_EQ(runPath(game / "lib/libz.so.1"), "");
+  EXPECT_EQ(runPath(game / "plugins/platforms/libq.so"), "$ORIGIN/../../lib");
+  EXPECT_EQ(Read(game / "qt.conf"), "[Paths]\nPrefix=.\nPlugins=plugins\n");
+}
+
 }  // namespace
 }  // namespace fw

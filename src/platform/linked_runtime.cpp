@@ -180,6 +180,11 @@ void LinkedRuntime::Adopt(const std::string& folder, const std::string& exeCopy)
     if (!conf.flush()) throw Failure("Path/File access error");
   }
   SetRunPath(exeCopy, "$ORIGIN/lib", true);
+  // A module of the program's own, beside the copy, finds lib/ the same way.
+  for (const std::string& own : ownFiles_) {
+    std::string copy = folder + "/" + fs::path(own).filename().string();
+    if (IsFile(copy)) SetRunPath(copy, "$ORIGIN/lib", true);
+  }
   std::error_code ec;
   for (const auto& entry : fs::directory_iterator(folder + "/lib", ec)) {
     std::string lib = entry.path().string();
