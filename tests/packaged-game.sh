@@ -60,10 +60,11 @@ check_resolved() {
   done < <(env -u LD_LIBRARY_PATH ldd "$file" | sed 's/^\s*//')
 }
 check_resolved "$game/$name"
-plugins=("$game"/plugins/*/*.so)
+plugins=("$game"/plugins/*/*.so "$game"/lib/gstreamer-1.0/*.so)
 [ -f "$game/plugins/platforms/libqxcb.so" ] || fail "no X11 platform plugin"
 [ -f "$game/plugins/platforms/libqoffscreen.so" ] || fail "no offscreen platform plugin"
 [ -f "$game/plugins/multimedia/libgstreamermediaplugin.so" ] || fail "no multimedia plugin"
+[ -f "$game/lib/gstreamer-1.0/libgstwavparse.so" ] || fail "no GStreamer plugin to read a WAV file"
 for plugin in "${plugins[@]}"; do check_resolved "$plugin"; done
 [ -f "$game/qt.conf" ] && [ -f "$game/soundfont.sf2" ] || fail "no qt.conf or soundfont"
 
@@ -89,11 +90,19 @@ unshare -rm bash -euo pipefail -c '
     grep -q libqoffscreen "/proc/$pid/maps" 2>/dev/null && break
     sleep 0.1
   done
+  # The first page plays its rain through GStreamer meanwhile.
+  for _ in $(seq 100); do
+    grep -q libgstwavparse "/proc/$pid/maps" 2>/dev/null && break
+    sleep 0.1
+  done
+  sleep 1
   maps=$(cat "/proc/$pid/maps" 2>/dev/null || true)
+  kill -0 "$pid" 2>/dev/null || fail "the window ended by itself: $(cat "$HOME/window.err")"
   kill "$pid" 2>/dev/null || true
   wait "$pid" 2>/dev/null || true
   grep -q "$GAME/plugins/platforms/libqoffscreen.so" <<<"$maps" || fail "the window did not come up: $(cat "$HOME/window.err")"
   grep -q "$GAME/lib/libQt6Widgets.so.6" <<<"$maps" || fail "the folder'"'"'s Qt is not the one loaded"
+  grep -q "$GAME/lib/gstreamer-1.0/libgstwavparse.so" <<<"$maps" || fail "the first page'"'"'s sound did not reach the folder'"'"'s GStreamer"
   if grep -E "libQt6|/qt6/plugins" <<<"$maps" | grep -v -F "$GAME/"; then fail "a Qt file from outside the folder"; fi
   echo "the packaged game ran with the system'"'"'s Qt hidden"
 '

@@ -166,6 +166,10 @@ TEST(LinkedRuntime, TheProgramsRuntimeHoldsQtItsPluginsAndNoCLibrary) {
   EXPECT_GT(at("plugins/platforms/libqoffscreen.so"), at("lib/libQt6Widgets.so.6"));
   // The X11 plugin's own libraries come along, though the executable needs none of them.
   EXPECT_GE(at("lib/libQt6XcbQpa.so.6"), 0);
+  // GStreamer, which Qt's player loads, with the plugins that read a WAV file.
+  EXPECT_GE(at("lib/libgstreamer-1.0.so.0"), 0);
+  EXPECT_GE(at("lib/gstreamer-1.0/libgstwavparse.so"), 0);
+  EXPECT_GE(at("lib/gstreamer-1.0/libgstcoreelements.so"), 0);
   EXPECT_EQ(at("lib/libc.so.6"), -1);
   for (const RuntimeFile& f : files) EXPECT_TRUE(fs::is_regular_file(f.from)) << f.from;
 }
@@ -177,7 +181,8 @@ TEST(LinkedRuntime, AdoptPointsTheCopyItsModulesPluginsAndWanderingLibrariesAtLi
   const fs::path elf = "/lib/x86_64-linux-gnu/libz.so.1";
   if (!fs::exists(elf)) GTEST_SKIP() << "no " << elf << " to stand for the files";
   fs::path game = dir.path / "Game";
-  for (const char* file : {"Game", "module.so", "lib/libz.so.1", "lib/libwander.so", "plugins/platforms/libq.so"}) {
+  for (const char* file : {"Game", "module.so", "lib/libz.so.1", "lib/libwander.so", "plugins/platforms/libq.so",
+                           "lib/gstreamer-1.0/libgstq.so"}) {
     fs::create_directories((game / file).parent_path());
     fs::copy_file(elf, game / file);
   }
@@ -195,6 +200,7 @@ TEST(LinkedRuntime, AdoptPointsTheCopyItsModulesPluginsAndWanderingLibrariesAtLi
   EXPECT_EQ(runPath(game / "lib/libwander.so"), "$ORIGIN");
   EXPECT_EQ(runPath(game / "lib/libz.so.1"), "");
   EXPECT_EQ(runPath(game / "plugins/platforms/libq.so"), "$ORIGIN/../../lib");
+  EXPECT_EQ(runPath(game / "lib/gstreamer-1.0/libgstq.so"), "$ORIGIN/..");
   EXPECT_EQ(Read(game / "qt.conf"), "[Paths]\nPrefix=.\nPlugins=plugins\n");
 }
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <span>
 
 #include "forms/failure.h"
 #include "forms/regular_file.h"
@@ -38,6 +39,22 @@ constexpr const char* kQtPlugins[] = {
     "multimedia/libgstreamermediaplugin.so",
 };
 
+// What GStreamer, under Qt's sound and movie player, loads by name to play
+// the media quests use (WAV, MP3, AVI with Motion JPEG) and to send them to
+// the speakers: decoders, demuxers and the elements the player builds its
+// pipelines of. A relocated GStreamer looks for them in lib/gstreamer-1.0/
+// only, beside its own library. The libav decoders (MPEG-4 video) would
+// more than double the folder and are left out. Its helper that scans
+// plugins is not copied: a relocated GStreamer looks for it two folders
+// above lib/, outside the game, and scans in its own process instead.
+constexpr const char* kGStreamerPlugins[] = {
+    "libgstcoreelements.so", "libgsttypefindfunctions.so", "libgstplayback.so",    "libgstapp.so",
+    "libgstaudioconvert.so", "libgstaudioresample.so",     "libgstvolume.so",      "libgstvideoconvertscale.so",
+    "libgstvideoconvert.so", "libgstvideoscale.so",        "libgstautodetect.so",  "libgstpulseaudio.so",
+    "libgstalsa.so",         "libgstwavparse.so",          "libgstaudioparsers.so", "libgstid3demux.so",
+    "libgstmpg123.so",       "libgstavi.so",               "libgstjpeg.so",        "libgstisomp4.so",
+};
+
 constexpr const char* kQtConf = "[Paths]\nPrefix=.\nPlugins=plugins\n";
 
 // The file names the C library installs; a copy of one would fight the
@@ -54,10 +71,10 @@ class LibrarySet {
       if (!IsCLibrary(lib.soname) && names_.insert(lib.soname).second) libraries_.push_back(lib);
   }
   const std::vector<ResolvedLibrary>& All() const { return libraries_; }
-  // The folder of a Qt library, where Qt keeps its plugins below qt6/.
-  std::string QtPluginFolder() const {
+  // The folder of the library of that name, "" when it is not among them.
+  std::string FolderOf(const std::string& soname) const {
     for (const ResolvedLibrary& lib : libraries_)
-      if (lib.soname.starts_with("libQt6Core.so")) return fs::path(lib.path).parent_path() / "qt6" / "plugins";
+      if (lib.soname.starts_with(soname)) return fs::path(lib.path).parent_path();
     return {};
   }
 
@@ -90,6 +107,26 @@ void SetRunPath(const std::string& file, const std::string& runPath, bool forEve
   if (forEveryLoad) argv.insert(argv.begin() + 1, "--force-rpath");
   if (!RunAndRead(argv)) throw Failure("File not found");
   if (RunPathOf(file) != runPath) throw Failure("Path/File access error");
+}
+
+// The plugins of the list that the folder holds, as files to copy below
+// `to`; their own libraries join the set.
+void AddPlugins(const std::string& folder, std::span<const char* const> names, const std::string& to,
+                LibrarySet& libraries, std::vector<RuntimeFile>& plugins) {
+  if (folder.empty()) return;
+  for (const char* name : names) {
+    std::string path = folder + "/" + name;
+    if (!IsFile(path)) continue;
+    plugins.push_back({path, to + name});
+    libraries.Add(LibrariesOf(path));
+  }
+}
+
+// Points each file of the folder at a run path; none when there is no folder.
+void SetRunPaths(const std::string& folder, const std::string& runPath) {
+  std::error_code ec;
+  for (const auto& entry : fs::directory_iterator(folder, ec))
+    if (entry.is_regular_file()) SetRunPath(entry.path().string(), runPath, true);
 }
 
 }  // namespace
@@ -150,14 +187,13 @@ std::vector<RuntimeFile> LinkedRuntime::Files() {
   LibrarySet libraries;
   libraries.Add(LibrariesOf(exe_));
   for (const std::string& own : ownFiles_) libraries.Add(LibrariesOf(own));
+  // Qt's multimedia plugin brings GStreamer, so its plugins come second.
   std::vector<RuntimeFile> plugins;
-  std::string pluginFolder = libraries.QtPluginFolder();
-  for (const char* plugin : kQtPlugins) {
-    std::string path = pluginFolder + "/" + plugin;
-    if (pluginFolder.empty() || !IsFile(path)) continue;
-    plugins.push_back({path, std::string("plugins/") + plugin});
-    libraries.Add(LibrariesOf(path));
-  }
+  std::string qtPlugins = libraries.FolderOf("libQt6Core.so");
+  AddPlugins(qtPlugins.empty() ? "" : qtPlugins + "/qt6/plugins", kQtPlugins, "plugins/", libraries, plugins);
+  std::string gstPlugins = libraries.FolderOf("libgstreamer-1.0.so");
+  AddPlugins(gstPlugins.empty() ? "" : gstPlugins + "/gstreamer-1.0", kGStreamerPlugins, "lib/gstreamer-1.0/",
+             libraries, plugins);
   std::vector<RuntimeFile> files;
   for (const ResolvedLibrary& lib : libraries.All()) files.push_back({lib.path, "lib/" + lib.soname});
   files.insert(files.end(), plugins.begin(), plugins.end());
@@ -188,11 +224,11 @@ void LinkedRuntime::Adopt(const std::string& folder, const std::string& exeCopy)
   std::error_code ec;
   for (const auto& entry : fs::directory_iterator(folder + "/lib", ec)) {
     std::string lib = entry.path().string();
-    if (!RunPathOf(lib).empty()) SetRunPath(lib, "$ORIGIN", false);
+    if (entry.is_regular_file() && !RunPathOf(lib).empty()) SetRunPath(lib, "$ORIGIN", false);
   }
   for (const auto& kind : fs::directory_iterator(folder + "/plugins", ec))
-    for (const auto& plugin : fs::directory_iterator(kind.path(), ec))
-      SetRunPath(plugin.path().string(), "$ORIGIN/../../lib", true);
+    SetRunPaths(kind.path().string(), "$ORIGIN/../../lib");
+  SetRunPaths(folder + "/lib/gstreamer-1.0", "$ORIGIN/..");
 }
 
 }  // namespace fw
