@@ -202,6 +202,10 @@ TEST(LinkedRuntime, AdoptPointsTheCopyItsModulesPluginsAndWanderingLibrariesAtLi
   EXPECT_EQ(runPath(game / "plugins/platforms/libq.so"), "$ORIGIN/../../lib");
   EXPECT_EQ(runPath(game / "lib/gstreamer-1.0/libgstq.so"), "$ORIGIN/..");
   EXPECT_EQ(Read(game / "qt.conf"), "[Paths]\nPrefix=.\nPlugins=plugins\n");
+  // The run path as this program reads it, against patchelf's reading.
+  for (const char* file : {"Game", "lib/libwander.so", "lib/libz.so.1", "lib/gstreamer-1.0/libgstq.so"})
+    EXPECT_EQ(ElfRunPath((game / file).string()), runPath(game / file)) << file;
+  EXPECT_EQ(ElfRunPath((game / "qt.conf").string()), std::nullopt);
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include "platform/linked_runtime.h"
 
+#include <elf.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -93,12 +95,8 @@ bool IsFile(const std::string& path) {
   return fs::is_regular_file(path, ec);
 }
 
-// The run path a file of the folder holds, "" when none: patchelf's answer.
-std::string RunPathOf(const std::string& file) {
-  std::string out = RunAndRead({"patchelf", "--print-rpath", file}).value_or("");
-  while (!out.empty() && (out.back() == '\n' || out.back() == ' ')) out.pop_back();
-  return out;
-}
+// The run path a file of the folder holds, "" when none or not a library.
+std::string RunPathOf(const std::string& file) { return ElfRunPath(file).value_or(""); }
 
 // Sets the run path and checks it took: patchelf leaves the file as it was
 // when it cannot.
@@ -129,7 +127,56 @@ void SetRunPaths(const std::string& folder, const std::string& runPath) {
     if (entry.is_regular_file()) SetRunPath(entry.path().string(), runPath, true);
 }
 
+// Reads a value of the file at an offset; false past its end.
+template <class T>
+bool ReadAt(int fd, std::uint64_t offset, T& value) {
+  return ::pread(fd, &value, sizeof value, static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof value);
+}
+
 }  // namespace
+
+// The dynamic section's run path, read as the loader reads it: the string
+// that DT_RUNPATH (else DT_RPATH) points to in the string table, found
+// through the segment that loads it. Only 64-bit little-endian files, which
+// is every file a game folder on this machine holds.
+std::optional<std::string> ElfRunPath(const std::string& path) {
+  Fd file{OpenRegularFile(path)};
+  Elf64_Ehdr header;
+  if (file.fd < 0 || !ReadAt(file.fd, 0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
+      header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_ident[EI_DATA] != ELFDATA2LSB)
+    return std::nullopt;
+  std::vector<Elf64_Phdr> segments(header.e_phnum);
+  for (std::size_t i = 0; i < segments.size(); ++i)
+    if (!ReadAt(file.fd, header.e_phoff + i * sizeof(Elf64_Phdr), segments[i])) return std::nullopt;
+  auto fileOffset = [&](std::uint64_t address) -> std::optional<std::uint64_t> {
+    for (const Elf64_Phdr& s : segments)
+      if (s.p_type == PT_LOAD && address >= s.p_vaddr && address < s.p_vaddr + s.p_filesz)
+        return address - s.p_vaddr + s.p_offset;
+    return std::nullopt;
+  };
+  std::uint64_t strtab = 0, rpath = 0, runpath = 0;
+  bool hasRpath = false, hasRunpath = false;
+  for (const Elf64_Phdr& s : segments) {
+    if (s.p_type != PT_DYNAMIC) continue;
+    for (std::uint64_t at = s.p_offset; at + sizeof(Elf64_Dyn) <= s.p_offset + s.p_filesz; at += sizeof(Elf64_Dyn)) {
+      Elf64_Dyn entry;
+      if (!ReadAt(file.fd, at, entry) || entry.d_tag == DT_NULL) break;
+      if (entry.d_tag == DT_STRTAB) strtab = entry.d_un.d_ptr;
+      if (entry.d_tag == DT_RPATH) hasRpath = true, rpath = entry.d_un.d_val;
+      if (entry.d_tag == DT_RUNPATH) hasRunpath = true, runpath = entry.d_un.d_val;
+    }
+  }
+  if (!hasRpath && !hasRunpath) return std::string();
+  std::optional<std::uint64_t> table = fileOffset(strtab);
+  if (!table) return std::nullopt;
+  std::string text;
+  for (std::uint64_t at = *table + (hasRunpath ? runpath : rpath);; ++at) {
+    char c;
+    if (!ReadAt(file.fd, at, c)) return std::nullopt;
+    if (c == '\0') return text;
+    text += c;
+  }
+}
 
 std::optional<std::string> RunAndRead(const std::vector<std::string>& argv) {
   if (argv.empty()) return std::nullopt;

@@ -16,6 +16,10 @@ struct ResolvedLibrary {
   std::string soname, path;
 };
 
+// The run path an ELF file holds (its DT_RUNPATH, else its DT_RPATH), ""
+// when it has none; nullopt when it is no 64-bit ELF file that can be read.
+std::optional<std::string> ElfRunPath(const std::string& path);
+
 // The libraries ldd's output names with their files, in its order; those it
 // cannot find are left out.
 std::vector<ResolvedLibrary> ParseLdd(const std::string& output);
