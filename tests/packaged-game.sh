@@ -26,7 +26,7 @@ fail() { echo "FAIL: $*"; exit 1; }
 export CHECK1=$([ "$mode" = runtime ] && echo 1 || echo 0)
 "$bin" script "$here/packaging/package-demo.txt" --home "$WORK/home"
 
-# game.dat as the worked example's form reads, line by line.
+# game.dat, line by line: three sections, four keys, in the order a new one is written.
 expected=$(printf '%s\n' "[Image]" "Background=gate.bmp" "MenuButton=cafe.bmp" "[loaddat]" \
   "QuestFile=$name.fbw" "[Game Data]" "Title=$name")
 [ "$(tr -d '\r' < "$game/game.dat")" = "$expected" ] || fail "game.dat reads: $(cat -A "$game/game.dat")"
