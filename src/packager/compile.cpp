@@ -49,13 +49,17 @@ std::string RunningExecutable(Program& p) {
   return p.HostFile(p.AppPath() + "\\" + p.AppEXEName());
 }
 
-// The descriptor, all four keys in the order a new file lists them.
-void WriteGameDat(Program& p, const std::string& path, const std::string& name) {
+// The descriptor, all four keys in the order a new file lists them, each
+// write a step of its own.
+void WriteGameDat(Program& p, const std::string& folder, const std::string& name) {
   FormSurface& s = p.surface();
-  WriteINI(p, path, "Image", "Background", FileDialog(s, kForm, "pic1").FileTitle());
-  WriteINI(p, path, "Image", "MenuButton", FileDialog(s, kForm, "Pic2").FileTitle());
-  WriteINI(p, path, "loaddat", "QuestFile", name + ".fbw");
-  WriteINI(p, path, "Game Data", "Title", name);
+  auto write = [&](const char* section, const char* key, const std::string& value) {
+    Skip([&] { WriteINI(p, InGame(folder, name, "game.dat"), section, key, value); });
+  };
+  write("Image", "Background", FileDialog(s, kForm, "pic1").FileTitle());
+  write("Image", "MenuButton", FileDialog(s, kForm, "Pic2").FileTitle());
+  write("loaddat", "QuestFile", name + ".fbw");
+  write("Game Data", "Title", name);
 }
 
 void CopyPicture(Program& p, const char* dialog, const std::string& folder, const std::string& name) {
@@ -93,7 +97,7 @@ void CompileGame(Program& p) {
   Skip([&] { p.FileCopy(FileDialog(s, "createquest", "questfile").FileName(), InGame(folder, name, name + ".fbw")); });
   CopyPicture(p, "pic1", folder, name);
   CopyPicture(p, "Pic2", folder, name);
-  Skip([&] { WriteGameDat(p, InGame(folder, name, "game.dat"), name); });
+  WriteGameDat(p, folder, name);
   if (CheckBox(s, kForm, "Check1").Value() == 1 && NamesAFolder(name))
     CopyRuntime(p, folder, folder + name);
   Skip([&] { DirListBox(s, kForm, "Dir1").Refresh(); });
