@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -169,10 +170,11 @@ std::optional<std::string> ElfRunPath(const std::string& path) {
   if (!hasRpath && !hasRunpath) return std::string();
   std::optional<std::uint64_t> table = fileOffset(strtab);
   if (!table) return std::nullopt;
+  // No run path is longer than a path may be; a string that runs on is no run path.
   std::string text;
   for (std::uint64_t at = *table + (hasRunpath ? runpath : rpath);; ++at) {
     char c;
-    if (!ReadAt(file.fd, at, c)) return std::nullopt;
+    if (text.size() > PATH_MAX || !ReadAt(file.fd, at, c)) return std::nullopt;
     if (c == '\0') return text;
     text += c;
   }
