@@ -76,33 +76,15 @@ if ! unshare -rm true 2>/dev/null; then
 fi
 export GAME="$game" NAME="$name" BIN="$bin" HERE="$here"
 unshare -rm bash -euo pipefail -c '
-  fail() { echo "FAIL: $*"; exit 1; }
   empty=$(mktemp)
   for lib in /usr/lib/x86_64-linux-gnu/libQt6*.so.6.*; do mount --bind "$empty" "$lib"; done
   mount -t tmpfs tmpfs /usr/lib/x86_64-linux-gnu/qt6
-  if "$BIN" --version >/dev/null 2>&1; then fail "the system'"'"'s Qt is still in reach"; fi
-  cd "$GAME"
-  "./$NAME" script "$HERE/packaging/play-packaged-demo.txt" --home "$HOME"
-  # The window, offscreen: every Qt file the running game maps is the folder'"'"'s own.
-  QT_QPA_PLATFORM=offscreen "./$NAME" --home "$HOME" 2>"$HOME/window.err" &
-  pid=$!
-  for _ in $(seq 100); do
-    grep -q libqoffscreen "/proc/$pid/maps" 2>/dev/null && break
-    sleep 0.1
-  done
-  # The first page plays its rain through GStreamer meanwhile.
-  for _ in $(seq 100); do
-    grep -q libgstwavparse "/proc/$pid/maps" 2>/dev/null && break
-    sleep 0.1
-  done
-  sleep 1
-  maps=$(cat "/proc/$pid/maps" 2>/dev/null || true)
-  kill -0 "$pid" 2>/dev/null || fail "the window ended by itself: $(cat "$HOME/window.err")"
-  kill "$pid" 2>/dev/null || true
-  wait "$pid" 2>/dev/null || true
-  grep -q "$GAME/plugins/platforms/libqoffscreen.so" <<<"$maps" || fail "the window did not come up: $(cat "$HOME/window.err")"
-  grep -q "$GAME/lib/libQt6Widgets.so.6" <<<"$maps" || fail "the folder'"'"'s Qt is not the one loaded"
-  grep -q "$GAME/lib/gstreamer-1.0/libgstwavparse.so" <<<"$maps" || fail "the first page'"'"'s sound did not reach the folder'"'"'s GStreamer"
-  if grep -E "libQt6|/qt6/plugins" <<<"$maps" | grep -v -F "$GAME/"; then fail "a Qt file from outside the folder"; fi
-  echo "the packaged game ran with the system'"'"'s Qt hidden"
+  if "$BIN" --version >/dev/null 2>&1; then echo "FAIL: the system Qt is still in reach"; exit 1; fi
+  (cd "$GAME" && "./$NAME" script "$HERE/packaging/play-packaged-demo.txt" --home "$HOME")
+  QT_QPA_PLATFORM=offscreen "$HERE/packaging/window-check.sh" libqoffscreen
+  # On X11, as on a friend'"'"'s desktop, where a virtual X server can be had.
+  if command -v xvfb-run >/dev/null; then
+    env -u QT_QPA_PLATFORM xvfb-run -a -s "-screen 0 1024x768x24" "$HERE/packaging/window-check.sh" libqxcb
+  fi
+  echo "the packaged game ran with the system Qt hidden"
 '
