@@ -29,7 +29,10 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   }
   std::error_code ec;
   AppInfo app{Cp1252FromUtf8(launch_.appDir), Cp1252FromUtf8(launch_.exeName), launch_.home,
-              std::filesystem::current_path(ec).string()};
+              std::filesystem::current_path(ec).string(), {}};
+  // A copy of the executable (a packaged game) opens its window with the
+  // module found beside it.
+  if (!launch_.windowModule.empty()) app.ownFiles.push_back(launch_.windowModule);
   return std::make_unique<Program>(own, std::move(app), AllForms());
 }
 

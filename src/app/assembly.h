@@ -18,6 +18,7 @@ struct Launch {
   std::string home;     // the per-user folder that bare profile names mean
   bool sound = true;    // MIDI through FluidSynth, else silent on the same timing
   std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
+  std::string windowModule;  // host path of the window module, "" when there is none
 };
 
 // The one place a program is put together, whichever binding runs it: the

@@ -1,5 +1,7 @@
 // The command line: one program, several jobs.
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -8,13 +10,14 @@
 
 #include "app/assembly.h"
 #include "app/author_tools.h"
+#include "app/window_module.h"
 #include "bindings/headless/script_runner.h"
-#include "bindings/qt/qt_desktop.h"
 #include "bindings/terminal/terminal_player.h"
 #include "editor/createquest.h"
 #include "play/start_quest.h"
 #include "forms/codepage.h"
 #include "forms/paths.h"
+#include "forms/regular_file.h"
 #include "store/ini_command.h"
 
 namespace {
@@ -58,6 +61,7 @@ fw::Launch DefaultLaunch() {
   fw::Launch launch;
   launch.appDir = self.parent_path().string();
   launch.exeName = self.stem().string();
+  launch.windowModule = fw::FindWindowModule(launch.appDir);
   return launch;
 }
 
@@ -124,6 +128,12 @@ bool QuestFile(std::string& quest) {
     std::cerr << "fablewright: no quest file " << quest << "\n";
     return false;
   }
+  // The game would show a file it may not read as an empty page; a name
+  // typed on the command line deserves the reason.
+  if (fw::Fd file{fw::OpenRegularFile(quest)}; file.fd < 0) {
+    std::cerr << "fablewright: cannot read the quest file " << quest << ": " << std::strerror(errno) << "\n";
+    return false;
+  }
   if (fw::Utf8FromCp1252(fw::Cp1252FromUtf8(quest)) != quest) {
     std::cerr << "fablewright: cannot open " << quest << ": the game takes only Windows-1252 characters in a path\n";
     return false;
@@ -186,10 +196,13 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  return fw::RunDesktop(assembly.Maker(), argc, argv, [&quest](fw::Program& p) {
-    if (quest.empty()) fw::OpenEditor(p);
-    else fw::OpenEditorOn(p, quest);
-  });
+  std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv,
+                                           [&quest](fw::Program& p) {
+                                             if (quest.empty()) fw::OpenEditor(p);
+                                             else fw::OpenEditorOn(p, quest);
+                                           },
+                                           std::cerr);
+  return code.value_or(1);
 }
 
 // The program's own job: its windows on a desktop, the terminal player
@@ -210,8 +223,13 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
   if (!quest.empty() && !QuestFile(quest)) return 1;
   launch.home = UserDir(launch.home);
   fw::Assembly assembly(launch);
-  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv, OpenNamed(quest));
-  std::cerr << "fablewright: no display; playing in the terminal instead\n";
+  if (fw::DisplayAvailable()) {
+    std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest), std::cerr);
+    if (code) return *code;
+    std::cerr << "fablewright: playing in the terminal instead\n";
+  } else {
+    std::cerr << "fablewright: no display; playing in the terminal instead\n";
+  }
   return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
 

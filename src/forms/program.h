@@ -24,6 +24,7 @@ struct AppInfo {
   std::string exeName;  // its file name without folder and extension
   std::string userDir;  // host path of the per-user folder (the Windows directory)
   std::string currentDir;  // host path of the current folder at start
+  std::vector<std::string> ownFiles;  // host paths of the program's own files that a copy of the executable needs beside it
 };
 
 // The title of a message box that is given none.
