@@ -9,6 +9,8 @@
 set -euo pipefail
 bin=$(realpath "$1") quest=$(realpath "$2") runs=${3:-10}
 home=$(mktemp -d)
+# Media names in a quest are taken from the current folder.
+cd "$(dirname "$quest")"
 trap 'rm -rf "$home"' EXIT
 json=$home/startup.json
 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM \

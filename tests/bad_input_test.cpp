@@ -17,6 +17,7 @@
 #include "play/game_state.h"
 #include "play/saved_game.h"
 #include "play/start_quest.h"
+#include "store/profile.h"
 #include "store/scrambler.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -202,6 +203,151 @@ INSTANTIATE_TEST_SUITE_P(Readers, BadInput, ::testing::Range<std::size_t>(0, 6),
                            std::erase_if(name, [](char ch) { return !std::isalnum(static_cast<unsigned char>(ch)); });
                            return name;
                          });
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+// Values at and past the limits, each through the reader that meets it.
+class Limits : public ::testing::Test {
+ protected:
+  testing::TempDir dir;
+  fs::path quest = dir.path / "q.fbw";
+  fs::path file = dir.path / "f.sav";
+
+  // Runs `play` on a program that has the quest open (written first unless
+  // questText is empty), in a child process; the quest is left as it was
+  // unless `mayWrite`.
+  std::string Play(const std::string& questText, const std::string& fileText,
+                   const std::function<void(Child&)>& play, bool mayWrite = false) {
+    if (!questText.empty()) testing::WriteBytes(quest, questText);
+    testing::WriteBytes(file, fileText);
+    testing::GiveToChild(dir.path);
+    std::string before = testing::Fingerprint(quest), fileBefore = testing::Fingerprint(file);
+    testing::ChildRun run = testing::InChild([&] {
+      Child c(dir.path, dir.path);
+      c.OpenQuest(quest);
+      c.platform.dialogs.unchecked().clear();
+      play(c);
+      return c.Seen() + ", score " + c.g.score.Caption() + ", hp \"" + c.g.Text5.Text() + "\"";
+    });
+    EXPECT_TRUE(run.finished) << run.how;
+    if (!mayWrite) EXPECT_EQ(testing::Fingerprint(quest), before);
+    EXPECT_EQ(testing::Fingerprint(file), fileBefore);
+    return run.said;
+  }
+  static void LoadSave(Child& c, const fs::path& sav) {
+    c.platform.dialogs.QueueFile("FrmGame.file", sav.string());
+    c.Do([&] { frmgame::mnuload_Click(c.p); });
+  }
+  static void LoadCharacter(Child& c, const fs::path& cha) {
+    c.platform.dialogs.QueueFile("FrmGame.charfile", cha.string());
+    c.Do([&] { frmgame::Command11_Click(c.p); });
+  }
+  static void Choose(Child& c, int n) {
+    c.Do([&] { c.g.Option(n).SetValue(true); });
+    c.Do([&] { c.p.surface().Raise(c.p.surface().Id("FrmGame", "Picture1"), Event::Click); });
+  }
+};
+
+const std::string kCharQuest =
+    "[CharacterData]\r\nCharCreateAllow=1\r\n[1]\r\nPage Text=A gate.\r\nOption One=Go in\r\n"
+    "Option One Score=+1\r\nOption One Destination Page=1\r\n";
+
+std::string SaveWith(const std::string& room, const std::string& score, const std::string& hp) {
+  return "[saved game]\r\nroom=" + room + "\r\noption 1=" + Encode("Go in") + "\r\npage=" + Encode("1") +
+         "\r\nPoo=" + score + "\r\nHowMuchInList=0\r\n[CharacterData]\r\nCharHp=" + hp + "\r\n";
+}
+
+TEST_F(Limits, AScrambledValueIsCutAt8999CharactersAndCodesPastTheShiftRefuseTheFile) {
+  std::string loaded = Play(kCharQuest, SaveWith(std::string(9000, '='), Encode("3"), Encode("20")),
+                            [&](Child& c) { LoadSave(c, file); }, true);
+  EXPECT_EQ(loaded, "page \"AAAAAAAAAAAAAAAAAAAAAAAA\" (8999), option Go in, score 3, hp \"20\"");
+  // Codes 0 to 3 decode as any other.
+  loaded = Play(kCharQuest, SaveWith(std::string("\x01\x02\x03=\0==", 7), Encode("3"), Encode("20")),
+                [&](Child& c) { LoadSave(c, file); }, true);
+  EXPECT_EQ(loaded, std::string("page \"\x05\x06\x07" "A\x04" "AA\" (7), option Go in, score 3, hp \"20\""));
+  for (char code : {'\xFC', '\xFD', '\xFE', '\xFF'}) {
+    EXPECT_EQ(Play(kCharQuest, SaveWith(Encode("Room"), std::string("-") + code, Encode("20")),
+                   [&](Child& c) { LoadSave(c, file); }),
+              "page \"A gate.\" (7), option Go in" + kNotASave + ", score 0, hp \"45\"")
+        << int(static_cast<unsigned char>(code));
+    EXPECT_EQ(Play(kCharQuest, "[CharacterData]\r\nCharName=" + Encode("Thera") + code + "\r\n",
+                   [&](Child& c) { LoadCharacter(c, file); }),
+              "page \"A gate.\" (7), option Go in, box \"The character file is damaged: its Name cannot be read.\", "
+              "score 0, hp \"45\"");
+  }
+}
+
+// A score that is no 16-bit number counts as 0 when an option adds to it;
+// a sum past either end leaves the score as it was.
+TEST_F(Limits, ScoresAtAndPastTheSixteenBitEnds) {
+  const std::pair<const char*, const char*> scores[] = {
+      {"32767", "32767"}, {"-32768", "-32767"}, {"40000", "1"}, {"1e300", "1"}};
+  for (const auto& [saved, after] : scores) {
+    std::string kept = Play(kCharQuest, SaveWith(Encode("Room"), Encode(saved), Encode("20")), [&](Child& c) {
+      LoadSave(c, file);
+      c.p.Pause(0.05);
+      Choose(c, 1);
+    }, true);
+    EXPECT_EQ(kept, "page \"A gate.\" (7), option Go in, score " + std::string(after) + ", hp \"20\"") << saved;
+  }
+}
+
+TEST_F(Limits, HitPointsOf1e300AndAPageThatLeadsToItself) {
+  std::string loaded = Play(kCharQuest, "[CharacterData]\r\nCharName=" + Encode("Thera") + "\r\nCharHp=" +
+                                            Encode("1e300") + "\r\nCharAtk=" + Encode("1e300") + "\r\n",
+                            [&](Child& c) {
+                              LoadCharacter(c, file);
+                              c.Do([&] { frmgame::Command9_Click(c.p); });
+                              for (int i = 0; i < 3; ++i) {
+                                c.p.Pause(0.05);
+                                Choose(c, 1);
+                              }
+                            }, true);
+  EXPECT_EQ(loaded, "page \"A gate.\" (7), option Go in, score 3, hp \"1e300\"");
+  EXPECT_EQ(QuestStore(dir.str()).ReadINI(quest.string(), "CharacterData", "CharHp"), "1e300");
+}
+
+TEST_F(Limits, AQuestInAReadOnlyFolderPlaysOnWithoutItsCharacter) {
+  fs::path folder = dir.path / "ro";
+  fs::create_directories(folder);
+  quest = folder / "q.fbw";
+  testing::WriteBytes(quest, kCharQuest);
+  fs::permissions(quest, fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                              fs::perms::others_exec);
+  std::string played = Play("", "", [&](Child& c) {
+    c.g.Text6.SetText("Thera");
+    c.g.Text5.SetText("30");
+    c.Do([&] { frmgame::Command9_Click(c.p); });
+    c.p.Pause(0.05);
+    Choose(c, 1);
+  });
+  EXPECT_EQ(played, "page \"A gate.\" (7), option Go in, score 1, hp \"30\"");
+  fs::permissions(folder, fs::perms::owner_all);
+}
+
+TEST_F(Limits, ANumberOfPagesPastTheEditorsListIsAnError) {
+  for (const char* count : {"32767", "40000"}) {
+    testing::TempDir dir;
+    fs::path quest = dir.path / "q.fbw";
+    testing::WriteBytes(quest, std::string("[Quest Data]\r\nNumber Of Pages=") + count + "\r\n[1]\r\nPage Text=A\r\n");
+    testing::GiveToChild(dir.path);
+    testing::ChildRun run = testing::InChild([&] {
+      Child c(dir.path, dir.path);
+      c.Do([&] { OpenEditor(c.p); });
+      c.Do([&] { OpenEditorOn(c.p, quest.string()); });
+      return c.Seen() + ", pages " + std::to_string(EditorState(c.p).pg.ListCount());
+    });
+    EXPECT_TRUE(run.finished) << run.how;
+    EXPECT_EQ(run.said, std::string("page \"\" (0)") + (count == std::string("40000") ? ", box \"Error!\"" : "") +
+                            ", pages 32767")
+        << count;
+  }
+}
 
 }  // namespace
 }  // namespace fw
