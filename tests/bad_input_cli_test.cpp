@@ -123,5 +123,32 @@ INSTANTIATE_TEST_SUITE_P(Jobs, BadInputAtTheCommandLine, ::testing::Range<std::s
                            return name;
                          });
 
+// Command lines that cannot be carried out: each says which word is wrong
+// and why, and ends with 2 before the program starts.
+TEST(BadCommandLines, SayWhichWordIsWrong) {
+  testing::TempDir dir;
+  testing::WriteBytes(dir.path / "q.fbw", kGood);
+  testing::WriteBytes(dir.path / "afile", "");
+  const std::string notAFolder = "fablewright: --home " + (dir.path / "afile").string() + " is not a folder\n";
+  const std::pair<std::string, std::string> lines[] = {
+      {"play q.fbw --home afile", notAFolder},
+      {"q.fbw --home afile", notAFolder},
+      {"script s.txt --home afile", notAFolder},
+      {"play q.fbw --home", "fablewright: --home needs a folder\n"},
+      {"--app-dir", "fablewright: --app-dir needs a folder\n"},
+      {"play q.fbw --seed 1234567890", "fablewright: --seed needs a whole number of one to nine digits\n"},
+      {"q.fbw --seed -1", "fablewright: --seed needs a whole number of one to nine digits\n"},
+      {"play q.fbw --fast", "fablewright: unknown argument for play: --fast\n"},
+      {"ini get ./q.fbw 1", "fablewright ini: usage: ini get FILE SECTION KEY | ini set FILE SECTION KEY VALUE\n"},
+  };
+  for (const auto& [args, says] : lines) {
+    Ran ran = Shell(dir.path, kBin + " " + args);
+    EXPECT_EQ(ran.code, 2) << args;
+    EXPECT_EQ(ran.out, says) << args;
+  }
+  EXPECT_EQ(testing::Fingerprint(dir.path / "afile"), "0 bytes, hash " + std::to_string(std::hash<std::string>{}("")) +
+                                                          ", mode 420");
+}
+
 }  // namespace
 }  // namespace fw

@@ -172,6 +172,22 @@ std::vector<Case> Cases() {
   };
 }
 
+// Media names no author means: each is handed to the platform as it stands,
+// finds no file, and the page shows all the same.
+TEST(BadMediaNames, APageShowsWhateverItsMediaAreNamed) {
+  testing::TempDir dir;
+  ::mkfifo((dir.path / "fifo").c_str(), 0666);
+  const std::string names[] = {std::string(9000, 'm') + ".mid", "C:\\WINDOWS\\MEDIA\\town.mid", "..", "/",
+                               "/dev/zero", "/dev/stdin", (dir.path / "fifo").string(), "\x81\x8D.mid",
+                               "\\\\server\\share\\a.mp3", " "};
+  for (const std::string& name : names) {
+    testing::GiveToChild(dir.path);
+    testing::ChildRun run = testing::InChild([&] { return ReadAsMedia(dir.path, name, {}); }, 30);
+    ASSERT_TRUE(run.finished) << name.substr(0, 40) << ": " << run.how;
+    EXPECT_EQ(run.said, "page \"Media.\" (6), option On") << name.substr(0, 40);
+  }
+}
+
 class BadInput : public ::testing::TestWithParam<std::size_t> {};
 
 TEST_P(BadInput, EveryReaderGoesOnAndChangesNoFile) {

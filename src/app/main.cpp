@@ -75,12 +75,30 @@ bool Folders(const std::vector<std::string>& args, std::size_t& i, fw::Launch& l
   return true;
 }
 
-// The per-user folder: the one given, made when missing, or the default.
-std::string UserDir(const std::string& given) {
-  if (given.empty()) return fw::DefaultUserDir();
+// The per-user folder: the one given, made when missing, or the default;
+// false, said why, when what is given is no folder.
+bool UserDir(fw::Launch& launch) {
+  if (launch.home.empty()) {
+    launch.home = fw::DefaultUserDir();
+    return true;
+  }
   std::error_code ec;
-  std::filesystem::create_directories(given, ec);
-  return given;
+  std::filesystem::create_directories(launch.home, ec);
+  if (std::filesystem::is_directory(launch.home, ec)) return true;
+  std::cerr << "fablewright: --home " << launch.home << " is not a folder\n";
+  return false;
+}
+
+// The line for an argument that is not taken: an option without its value
+// is named as such.
+void Refuse(const std::vector<std::string>& args, std::size_t i, const std::string& job) {
+  const std::string& a = args[i];
+  if ((a == "--home" || a == "--app-dir") && i + 1 >= args.size())
+    std::cerr << "fablewright: " << a << " needs a folder\n";
+  else if (a == "--seed")
+    std::cerr << "fablewright: --seed needs a whole number of one to nine digits\n";
+  else
+    std::cerr << "fablewright: unknown argument" << (job.empty() ? "" : " for " + job) << ": " << a << "\n";
 }
 
 int Script(const std::vector<std::string>& args) {
@@ -95,7 +113,7 @@ int Script(const std::vector<std::string>& args) {
     } else if (file.empty() && !a.starts_with("--")) {
       file = a;
     } else {
-      std::cerr << "fablewright: unknown argument for script: " << a << "\n";
+      Refuse(args, i, "script");
       return 2;
     }
   }
@@ -103,7 +121,7 @@ int Script(const std::vector<std::string>& args) {
     std::cerr << "fablewright: script needs a FILE\n";
     return 2;
   }
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   return fw::RunScript(file, options, assembly.Maker(), std::cout, std::cerr);
 }
@@ -160,12 +178,12 @@ int Play(const std::vector<std::string>& args) {
     } else if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument for play: " << args[i] << "\n";
+      Refuse(args, i, "play");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
@@ -180,7 +198,7 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument for edit: " << args[i] << "\n";
+      Refuse(args, i, "edit");
       return 2;
     }
   }
@@ -194,7 +212,7 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
     return 1;
   }
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv,
                                            [&quest](fw::Program& p) {
@@ -216,12 +234,12 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
+      Refuse(args, i, "");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   if (fw::DisplayAvailable()) {
     std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest), std::cerr);
