@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # The terminal player's start to its first prompt, against `cat` of the same
-# quest, side by side in one hyperfine run. The player's input is empty, so a
+# quest, side by side in one hyperfine run, each command started straight,
+# without a shell (so the paths take no blanks). The player's input is empty
+# (hyperfine's own), so a
 # run is: process start, the program put together, the splash with its
 # three-second pause, the quest opened and its first page shown, the first
 # prompt, and the end at the end of the input. The same run times
@@ -14,12 +16,12 @@ cd "$(dirname "$quest")"
 trap 'rm -rf "$home"' EXIT
 json=$home/startup.json
 env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM \
-  hyperfine --shell bash --warmup 2 --runs "$runs" --export-json "$json" \
-  "cat '$quest'" \
-  "'$bin' --version" \
-  "'$bin' ini get '$quest' 1 'Page Text' --home '$home'" \
-  "'$bin' play '$quest' --silent --home '$home' </dev/null" \
-  "'$bin' play '$quest' --home '$home' </dev/null"
+  hyperfine --shell=none --warmup 2 --runs "$runs" --export-json "$json" \
+  "cat $quest" \
+  "$bin --version" \
+  "$bin ini get $quest 1 Location --home $home" \
+  "$bin play $quest --silent --home $home" \
+  "$bin play $quest --home $home" </dev/null
 python3 - "$json" <<'PY'
 import json, sys
 results = json.load(open(sys.argv[1]))["results"]
