@@ -14,6 +14,7 @@ fail() { echo "FAIL: $*" >&2; exit 1; }
 # Every file an install puts down, relative to the prefix.
 expected_files() {
   printf '%s\n' bin/fablewright \
+    lib/fablewright/fablewright-sound.so \
     lib/fablewright/fablewright-window.so \
     "share/applications/$id.desktop" \
     "share/metainfo/$id.metainfo.xml" \

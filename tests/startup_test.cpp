@@ -1,6 +1,7 @@
 // What a start loads: the jobs without a window load no part of the window
-// toolkit, and the game window's module is loaded only when a window opens,
-// from beside the executable or from lib/ beside it. The dynamic loader's
+// toolkit, and those without sound no part of FluidSynth; the game window's
+// module is loaded only when a window opens, from beside the executable or
+// from lib/ beside it, and the MIDI voice's only to play with sound. The dynamic loader's
 // own trace (LD_DEBUG) tells which libraries a run loaded.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -11,6 +12,7 @@
 #include <sstream>
 #include <string>
 
+#include "app/modules.h"
 #include "test_program.h"
 
 namespace fw {
@@ -52,19 +54,31 @@ Ran RunTraced(const fs::path& dir, const std::string& platform, const fs::path& 
 }
 
 bool LoadedQt(const Ran& r) { return r.loaded.find("file=libQt6") != std::string::npos; }
+bool LoadedFluidSynth(const Ran& r) { return r.loaded.find("file=libfluidsynth") != std::string::npos; }
 
 TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   testing::TempDir dir;
   std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
   std::ofstream(dir.path / "s.txt") << "expect FrmGame.Visible == \"True\"\n";
-  for (const char* args : {"--version", "ini get ./q.fbw 1 \"Page Text\"", "script s.txt --home .",
-                           "play q.fbw --home . --silent </dev/null", "q.fbw --home . </dev/null"}) {
+  // Each job, and whether it plays with sound.
+  const std::pair<const char*, bool> jobs[] = {{"--version", false},
+                                               {"ini get ./q.fbw 1 \"Page Text\"", false},
+                                               {"script s.txt --home .", false},
+                                               {"play q.fbw --home . --silent </dev/null", false},
+                                               {"q.fbw --home . </dev/null", true}};
+  for (const auto& [args, sound] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
     EXPECT_NE(r.loaded.find("file="), std::string::npos) << args << ": the loader traced nothing";
     EXPECT_FALSE(LoadedQt(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-window.so"), std::string::npos) << args;
+    EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
   }
+  // The terminal player with sound has its MIDI voice from the module
+  // beside the program.
+  Ran sound = RunTraced(dir.path, "", kBin, "play q.fbw --home . </dev/null");
+  EXPECT_NE(sound.loaded.find("file=" + (kBin.parent_path() / "fablewright-sound.so").string()), std::string::npos);
+  EXPECT_TRUE(LoadedFluidSynth(sound));
 }
 
 TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
@@ -94,6 +108,19 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   EXPECT_NE(without.out.find("fablewright: playing in the terminal instead\n"), std::string::npos) << without.out;
   EXPECT_NE(without.out.find("Here."), std::string::npos) << without.out;
   EXPECT_FALSE(LoadedQt(without));
+}
+
+TEST(Startup, TheSoundModuleGivesTheMidiVoiceAndAnythingElseGivesSilence) {
+  std::string module = FindModule(kBin.parent_path().string(), kSoundModuleName);
+  EXPECT_EQ(module, (kBin.parent_path() / kSoundModuleName).string());
+  std::unique_ptr<Sequencer> voice = LoadSoundSequencer(module);
+  ASSERT_TRUE(voice);
+  EXPECT_FALSE(voice->Open("/nonexistent.mid"));
+  EXPECT_FALSE(LoadSoundSequencer(""));
+  EXPECT_FALSE(LoadSoundSequencer(kBin.string()));  // no module at all
+  testing::TempDir dir;
+  std::ofstream(dir.path / "fake.so") << "not a library";
+  EXPECT_FALSE(LoadSoundSequencer((dir.path / "fake.so").string()));
 }
 
 }  // namespace

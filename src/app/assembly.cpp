@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
+#include "app/modules.h"
 #include "forms/codepage.h"
 #include "media/headless_media.h"
-#include "platform/fluid_sequencer.h"
 #include "shell/forms.h"
 
 namespace fw {
@@ -22,17 +22,19 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   }
   if (!own.sequencer) {
     if (!sequencer_) {
-      if (launch_.sound) sequencer_ = std::make_unique<FluidSequencer>(true);
-      else sequencer_ = std::make_unique<HeadlessSequencer>();
+      // Without its module the game plays in silence, on the same timing.
+      if (launch_.sound) sequencer_ = LoadSoundSequencer(launch_.soundModule);
+      if (!sequencer_) sequencer_ = std::make_unique<HeadlessSequencer>();
     }
     own.sequencer = sequencer_.get();
   }
   std::error_code ec;
   AppInfo app{Cp1252FromUtf8(launch_.appDir), Cp1252FromUtf8(launch_.exeName), launch_.home,
               std::filesystem::current_path(ec).string(), {}};
-  // A copy of the executable (a packaged game) opens its window with the
-  // module found beside it.
-  if (!launch_.windowModule.empty()) app.ownFiles.push_back(launch_.windowModule);
+  // A copy of the executable (a packaged game) opens its window and plays
+  // its tunes with the modules found beside it.
+  for (const std::string& module : {launch_.windowModule, launch_.soundModule})
+    if (!module.empty()) app.ownFiles.push_back(module);
   return std::make_unique<Program>(own, std::move(app), AllForms());
 }
 

@@ -19,6 +19,7 @@ struct Launch {
   bool sound = true;    // MIDI through FluidSynth, else silent on the same timing
   std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
   std::string windowModule;  // host path of the window module, "" when there is none
+  std::string soundModule;   // host path of the MIDI voice's module, "" when there is none
 };
 
 // The one place a program is put together, whichever binding runs it: the

@@ -10,7 +10,7 @@
 
 #include "app/assembly.h"
 #include "app/author_tools.h"
-#include "app/window_module.h"
+#include "app/modules.h"
 #include "bindings/headless/script_runner.h"
 #include "bindings/terminal/terminal_player.h"
 #include "editor/createquest.h"
@@ -61,7 +61,8 @@ fw::Launch DefaultLaunch() {
   fw::Launch launch;
   launch.appDir = self.parent_path().string();
   launch.exeName = self.stem().string();
-  launch.windowModule = fw::FindWindowModule(launch.appDir);
+  launch.windowModule = fw::FindModule(launch.appDir, fw::kWindowModuleName);
+  launch.soundModule = fw::FindModule(launch.appDir, fw::kSoundModuleName);
   return launch;
 }
 
