@@ -88,6 +88,7 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   Ran beside = RunTraced(dir.path, "offscreen", kBin, "q.fbw --home .", 5);
   EXPECT_NE(beside.loaded.find("file=" + (kBin.parent_path() / "fablewright-window.so").string()), std::string::npos);
   EXPECT_TRUE(LoadedQt(beside));
+  EXPECT_EQ(beside.code, 128 + 9) << "the window did not stay open until stopped: " << beside.out;
 
   // A copy of the program with its module in lib/, and one without it,
   // which plays in the terminal instead and says why.
@@ -97,6 +98,7 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   Ran fromLib = RunTraced(dir.path, "offscreen", dir.path / "copy" / "fablewright", "q.fbw --home .", 5);
   EXPECT_NE(fromLib.loaded.find("file=" + (dir.path / "copy" / "lib" / "fablewright-window.so").string()),
             std::string::npos);
+  EXPECT_EQ(fromLib.code, 128 + 9) << fromLib.out;
 
   fs::remove(dir.path / "copy" / "lib" / "fablewright-window.so");
   Ran without = RunTraced(dir.path, "offscreen", dir.path / "copy" / "fablewright",
