@@ -1,7 +1,7 @@
 // What a start loads: the jobs without a window load no part of the window
 // toolkit, and those without sound no part of FluidSynth; the game window's
 // module is loaded only when a window opens, from beside the executable or
-// from lib/ beside it, and the MIDI voice's only to play with sound. The dynamic loader's
+// from lib/ beside it, and the MIDI voice's only at the first tune. The dynamic loader's
 // own trace (LD_DEBUG) tells which libraries a run loaded.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -60,12 +60,17 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   testing::TempDir dir;
   std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
   std::ofstream(dir.path / "s.txt") << "expect FrmGame.Visible == \"True\"\n";
-  // Each job, and whether it plays with sound.
+  // A quest whose first page has a tune, the shortest there is.
+  std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
+  std::ofstream(dir.path / "t.mid", std::ios::binary)
+      << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
+  // Each job, and whether it plays a tune with sound.
   const std::pair<const char*, bool> jobs[] = {{"--version", false},
                                                {"ini get ./q.fbw 1 \"Page Text\"", false},
                                                {"script s.txt --home .", false},
                                                {"play q.fbw --home . --silent </dev/null", false},
-                                               {"q.fbw --home . </dev/null", true}};
+                                               {"q.fbw --home . </dev/null", false},
+                                               {"tune.fbw --home . </dev/null", true}};
   for (const auto& [args, sound] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
@@ -75,8 +80,8 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
   }
   // The terminal player with sound has its MIDI voice from the module
-  // beside the program.
-  Ran sound = RunTraced(dir.path, "", kBin, "play q.fbw --home . </dev/null");
+  // beside the program, at the first tune.
+  Ran sound = RunTraced(dir.path, "", kBin, "play tune.fbw --home . </dev/null");
   EXPECT_NE(sound.loaded.find("file=" + (kBin.parent_path() / "fablewright-sound.so").string()), std::string::npos);
   EXPECT_TRUE(LoadedFluidSynth(sound));
 }

@@ -22,9 +22,8 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   }
   if (!own.sequencer) {
     if (!sequencer_) {
-      // Without its module the game plays in silence, on the same timing.
-      if (launch_.sound) sequencer_ = LoadSoundSequencer(launch_.soundModule);
-      if (!sequencer_) sequencer_ = std::make_unique<HeadlessSequencer>();
+      if (launch_.sound) sequencer_ = SoundOnFirstTune(launch_.soundModule);
+      else sequencer_ = std::make_unique<HeadlessSequencer>();
     }
     own.sequencer = sequencer_.get();
   }

@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <ostream>
 #include <string_view>
+#include <utility>
+
+#include "media/headless_media.h"
 
 namespace fw {
 namespace {
@@ -33,6 +36,29 @@ void* LoadEntry(const std::string& path, const char* buildSymbol, const char* en
   }
   return found;
 }
+
+class SoundOnFirstTuneSequencer : public Sequencer {
+ public:
+  explicit SoundOnFirstTuneSequencer(std::string path) : path_(std::move(path)) {}
+  bool Open(const std::string& file) override { return Voice().Open(file); }
+  bool Play(Program& program, const std::string& file, std::int32_t from, std::int32_t to,
+            std::uint32_t tune) override {
+    return Voice().Play(program, file, from, to, tune);
+  }
+  // Nothing is open before the first tune.
+  void Close(const std::string& file) override {
+    if (voice_) voice_->Close(file);
+  }
+
+ private:
+  Sequencer& Voice() {
+    if (!voice_) voice_ = LoadSoundSequencer(path_);
+    if (!voice_) voice_ = std::make_unique<HeadlessSequencer>();
+    return *voice_;
+  }
+  std::string path_;
+  std::unique_ptr<Sequencer> voice_;
+};
 
 }  // namespace
 
@@ -86,6 +112,10 @@ std::unique_ptr<Sequencer> LoadSoundSequencer(const std::string& path) {
   auto make = reinterpret_cast<MakeSequencerFn>(
       LoadEntry(path, "fablewright_sound_build", "fablewright_make_sequencer", why));
   return std::unique_ptr<Sequencer>(make ? make() : nullptr);
+}
+
+std::unique_ptr<Sequencer> SoundOnFirstTune(std::string path) {
+  return std::make_unique<SoundOnFirstTuneSequencer>(std::move(path));
 }
 
 }  // namespace fw

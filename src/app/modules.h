@@ -41,4 +41,9 @@ std::optional<int> RunWindows(const std::string& path, const ProgramMaker& make,
 // (the game then plays in silence, on the same timing).
 std::unique_ptr<Sequencer> LoadSoundSequencer(const std::string& path);
 
+// The MIDI voice that loads the sound module at path when the first tune is
+// opened, and plays in silence on the same timing when it cannot: a game
+// without a tune never loads the sound libraries.
+std::unique_ptr<Sequencer> SoundOnFirstTune(std::string path);
+
 }  // namespace fw
