@@ -20,6 +20,8 @@ packages=(
   desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev
   # The packager points a game folder's copy of the program at its own libraries.
   patchelf
+  # bench/startup.sh times whole starts of the program side by side.
+  hyperfine
 )
 
 missing=()

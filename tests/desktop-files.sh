@@ -14,6 +14,8 @@ fail() { echo "FAIL: $*" >&2; exit 1; }
 # Every file an install puts down, relative to the prefix.
 expected_files() {
   printf '%s\n' bin/fablewright \
+    lib/fablewright/fablewright-sound.so \
+    lib/fablewright/fablewright-window.so \
     "share/applications/$id.desktop" \
     "share/metainfo/$id.metainfo.xml" \
     "share/mime/packages/$id.xml" \
@@ -91,6 +93,11 @@ install)
   cmp -s "$desk/fablewright-mime.xml" "$work/stage/share/mime/packages/$id.xml" || fail "the MIME package changed"
   [ -x "$work/stage/bin/fablewright" ] || fail "the program is not executable"
   [ "$("$work/stage/bin/fablewright" --version)" = "fablewright $version" ] || fail "the installed program does not run"
+  # The installed program finds its window module in the library folder.
+  (cd "$work" && QT_QPA_PLATFORM=offscreen LD_DEBUG=files LD_DEBUG_OUTPUT="$work/trace" \
+    timeout -s KILL 4 "$work/stage/bin/fablewright" --home "$work/home" >/dev/null 2>&1) || true
+  grep -q "file=$work/stage/lib/fablewright/fablewright-window.so " "$work"/trace.* ||
+    fail "the installed program did not load its window module"
   # DESTDIR, as a distribution's packaging stages it.
   DESTDIR=$work/dest cmake --install "$build" --prefix /usr >/dev/null
   (cd "$work/dest/usr" && find . -type f | sed 's|^\./||' | sort) > "$work/found"

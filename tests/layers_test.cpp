@@ -26,8 +26,9 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"bindings/headless", {"forms", "store", "media", "platform", "play", "shell"}},
     {"bindings/terminal", {"forms", "store", "media", "platform", "play", "shell"}},
     {"bindings/qt", {"forms", "store", "media", "platform", "play", "shell"}},
+    // The window binding is a module that app loads by name, never includes.
     {"app", {"forms", "store", "media", "platform", "play", "editor", "packager", "shell", "bindings/headless",
-             "bindings/terminal", "bindings/qt"}},
+             "bindings/terminal"}},
 };
 
 // The layer a path below src/ belongs to: its folder, or bindings/NAME.

@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
+#include "app/modules.h"
 #include "forms/codepage.h"
 #include "media/headless_media.h"
-#include "platform/fluid_sequencer.h"
 #include "shell/forms.h"
 
 namespace fw {
@@ -23,14 +23,14 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   }
   if (!own.sequencer) {
     if (!sequencer_) {
-      if (launch_.sound) sequencer_ = std::make_unique<FluidSequencer>(true, FindSoundfont(launch_.appDir));
+      if (launch_.sound) sequencer_ = SoundOnFirstTune(launch_.soundModule, launch_.appDir);
       else sequencer_ = std::make_unique<HeadlessSequencer>();
     }
     own.sequencer = sequencer_.get();
   }
   std::error_code ec;
   AppInfo app{Cp1252FromUtf8(launch_.appDir), Cp1252FromUtf8(launch_.exeName), launch_.home,
-              std::filesystem::current_path(ec).string(), launch_.exe, launch_.ownFiles};
+              std::filesystem::current_path(ec).string(), launch_.exe, launch_.OwnFiles()};
   return std::make_unique<Program>(own, std::move(app), AllForms());
 }
 

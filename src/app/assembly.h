@@ -21,7 +21,17 @@ struct Launch {
   bool sound = true;    // MIDI through FluidSynth, else silent on the same timing
   std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
   std::string exe = {};  // the running executable's own file, "" when unknown
-  std::vector<std::string> ownFiles = {};  // the program's files a copy of the executable needs beside it
+  std::string windowModule = {};  // host path of the window module, "" when there is none
+  std::string soundModule = {};   // host path of the MIDI voice's module, "" when there is none
+
+  // The program's own files a copy of the executable needs beside it (a
+  // packaged game opens its window and plays its tunes with them), in order.
+  std::vector<std::string> OwnFiles() const {
+    std::vector<std::string> files;
+    for (const std::string& module : {windowModule, soundModule})
+      if (!module.empty()) files.push_back(module);
+    return files;
+  }
 };
 
 // The one place a program is put together, whichever binding runs it: the
@@ -29,7 +39,7 @@ struct Launch {
 // dice and the MIDI voice), where the program stands, and every form.
 class Assembly {
  public:
-  explicit Assembly(Launch launch) : launch_(std::move(launch)), runtime_(launch_.exe, launch_.ownFiles) {}
+  explicit Assembly(Launch launch) : launch_(std::move(launch)), runtime_(launch_.exe, launch_.OwnFiles()) {}
   Assembly(const Assembly&) = delete;
   Assembly& operator=(const Assembly&) = delete;
 

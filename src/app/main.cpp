@@ -1,5 +1,7 @@
 // The command line: one program, several jobs.
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -8,13 +10,14 @@
 
 #include "app/assembly.h"
 #include "app/author_tools.h"
+#include "app/modules.h"
 #include "bindings/headless/script_runner.h"
-#include "bindings/qt/qt_desktop.h"
 #include "bindings/terminal/terminal_player.h"
 #include "editor/createquest.h"
 #include "play/start_quest.h"
 #include "forms/codepage.h"
 #include "forms/paths.h"
+#include "forms/regular_file.h"
 #include "store/ini_command.h"
 
 namespace {
@@ -59,6 +62,8 @@ fw::Launch DefaultLaunch() {
   launch.appDir = self.parent_path().string();
   launch.exeName = self.stem().string();
   if (self.is_absolute()) launch.exe = self.string();
+  launch.windowModule = fw::FindModule(launch.appDir, fw::kWindowModuleName);
+  launch.soundModule = fw::FindModule(launch.appDir, fw::kSoundModuleName);
   return launch;
 }
 
@@ -72,12 +77,30 @@ bool Folders(const std::vector<std::string>& args, std::size_t& i, fw::Launch& l
   return true;
 }
 
-// The per-user folder: the one given, made when missing, or the default.
-std::string UserDir(const std::string& given) {
-  if (given.empty()) return fw::DefaultUserDir();
+// The per-user folder: the one given, made when missing, or the default;
+// false, said why, when what is given is no folder.
+bool UserDir(fw::Launch& launch) {
+  if (launch.home.empty()) {
+    launch.home = fw::DefaultUserDir();
+    return true;
+  }
   std::error_code ec;
-  std::filesystem::create_directories(given, ec);
-  return given;
+  std::filesystem::create_directories(launch.home, ec);
+  if (std::filesystem::is_directory(launch.home, ec)) return true;
+  std::cerr << "fablewright: --home " << launch.home << " is not a folder\n";
+  return false;
+}
+
+// The line for an argument that is not taken: an option without its value
+// is named as such.
+void Refuse(const std::vector<std::string>& args, std::size_t i, const std::string& job) {
+  const std::string& a = args[i];
+  if ((a == "--home" || a == "--app-dir") && i + 1 >= args.size())
+    std::cerr << "fablewright: " << a << " needs a folder\n";
+  else if (a == "--seed")
+    std::cerr << "fablewright: --seed needs a whole number of one to nine digits\n";
+  else
+    std::cerr << "fablewright: unknown argument" << (job.empty() ? "" : " for " + job) << ": " << a << "\n";
 }
 
 int Script(const std::vector<std::string>& args) {
@@ -92,7 +115,7 @@ int Script(const std::vector<std::string>& args) {
     } else if (file.empty() && !a.starts_with("--")) {
       file = a;
     } else {
-      std::cerr << "fablewright: unknown argument for script: " << a << "\n";
+      Refuse(args, i, "script");
       return 2;
     }
   }
@@ -100,7 +123,7 @@ int Script(const std::vector<std::string>& args) {
     std::cerr << "fablewright: script needs a FILE\n";
     return 2;
   }
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   return fw::RunScript(file, options, assembly.Maker(), std::cout, std::cerr);
 }
@@ -123,6 +146,12 @@ bool Seed(const std::vector<std::string>& args, std::size_t& i, fw::Launch& laun
 bool QuestFile(std::string& quest) {
   if (!std::filesystem::is_regular_file(quest)) {
     std::cerr << "fablewright: no quest file " << quest << "\n";
+    return false;
+  }
+  // The game would show a file it may not read as an empty page; a name
+  // typed on the command line deserves the reason.
+  if (fw::Fd file{fw::OpenRegularFile(quest)}; file.fd < 0) {
+    std::cerr << "fablewright: cannot read the quest file " << quest << ": " << std::strerror(errno) << "\n";
     return false;
   }
   if (fw::Utf8FromCp1252(fw::Cp1252FromUtf8(quest)) != quest) {
@@ -151,12 +180,12 @@ int Play(const std::vector<std::string>& args) {
     } else if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument for play: " << args[i] << "\n";
+      Refuse(args, i, "play");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
@@ -171,7 +200,7 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument for edit: " << args[i] << "\n";
+      Refuse(args, i, "edit");
       return 2;
     }
   }
@@ -185,12 +214,15 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
     return 1;
   }
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
-  return fw::RunDesktop(assembly.Maker(), argc, argv, [&quest](fw::Program& p) {
-    if (quest.empty()) fw::OpenEditor(p);
-    else fw::OpenEditorOn(p, quest);
-  });
+  std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv,
+                                           [&quest](fw::Program& p) {
+                                             if (quest.empty()) fw::OpenEditor(p);
+                                             else fw::OpenEditorOn(p, quest);
+                                           },
+                                           std::cerr);
+  return code.value_or(1);
 }
 
 // The program's own job: its windows on a desktop, the terminal player
@@ -204,15 +236,20 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      std::cerr << "fablewright: unknown argument: " << args[i] << "\n";
+      Refuse(args, i, "");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  launch.home = UserDir(launch.home);
+  if (!UserDir(launch)) return 2;
   fw::Assembly assembly(launch);
-  if (fw::DisplayAvailable()) return fw::RunDesktop(assembly.Maker(), argc, argv, OpenNamed(quest));
-  std::cerr << "fablewright: no display; playing in the terminal instead\n";
+  if (fw::DisplayAvailable()) {
+    std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest), std::cerr);
+    if (code) return *code;
+    std::cerr << "fablewright: playing in the terminal instead\n";
+  } else {
+    std::cerr << "fablewright: no display; playing in the terminal instead\n";
+  }
   return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
 

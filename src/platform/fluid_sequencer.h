@@ -3,6 +3,7 @@
 #include <string>
 
 #include "forms/services.h"
+#include "platform/soundfont.h"
 
 // FluidSynth's types, kept out of the headers of the logic.
 typedef struct _fluid_hashtable_t fluid_settings_t;
@@ -11,14 +12,6 @@ typedef struct _fluid_audio_driver_t fluid_audio_driver_t;
 typedef struct _fluid_player_t fluid_player_t;
 
 namespace fw {
-
-// The name a game folder gives its own soundfont, beside the executable.
-inline constexpr const char* kGameSoundfont = "soundfont.sf2";
-
-// The General MIDI soundfont to play with: $FABLEWRIGHT_SOUNDFONT, else the
-// one in appDir (a game folder's own), else the first of Debian's that is
-// installed; "" when there is none.
-std::string FindSoundfont(const std::string& appDir = "");
 
 // The MIDI voice on this machine: FluidSynth with a General MIDI soundfont.
 // One synth for the program, made at the first tune and not before. No sound

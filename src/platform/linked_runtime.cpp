@@ -15,8 +15,8 @@
 
 #include "forms/failure.h"
 #include "forms/regular_file.h"
-#include "platform/fluid_sequencer.h"
 #include "platform/program_search.h"
+#include "platform/soundfont.h"
 
 extern char** environ;
 

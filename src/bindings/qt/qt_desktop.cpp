@@ -7,7 +7,6 @@
 #include <QMessageBox>
 #include <QTimer>
 
-#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -73,12 +72,6 @@ void QuietQtMessages() {
                                                   "default.warning=false\n"
                                                   "qt.multimedia*.debug=false\n"
                                                   "qt.multimedia*.warning=false\n"));
-}
-
-bool DisplayAvailable() {
-  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-    if (const char* v = std::getenv(name); v && *v) return true;
-  return false;
 }
 
 int RunDesktop(const ProgramMaker& make, int argc, char** argv, const Opening& opening) {

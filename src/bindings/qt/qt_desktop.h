@@ -36,9 +36,6 @@ class QtDialogs : public Dialogs {
 // none of them.
 void QuietQtMessages();
 
-// True when a window can be shown: a display, or a platform chosen.
-bool DisplayAvailable();
-
 // A command line's own first step, run as one event once the game window is
 // up: opening the quest it names, or the editor.
 using Opening = std::function<void(Program&)>;

@@ -140,10 +140,15 @@ std::optional<int> TerminalGame::Idle() {
   return static_cast<int>(std::clamp(std::ceil(wait * 1000), 0.0, 1000.0));
 }
 
+// The option timer ticks every 10 ms: once the clock has passed that, one
+// more round of what is due has run it, however late a busy machine wakes
+// the loop. Waiting longer only delays the prompt.
 void TerminalGame::Settle() {
-  auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(30);
-  while (std::chrono::steady_clock::now() < until) {
+  auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(11);
+  for (;;) {
+    bool past = std::chrono::steady_clock::now() >= until;
     Idle();
+    if (past) return;
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
 }
