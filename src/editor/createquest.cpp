@@ -1,5 +1,6 @@
 #include "editor/createquest.h"
 
+#include "editor/author_menu.h"
 #include "editor/editor_state.h"
 #include "editor/page_fields.h"
 #include "forms/program.h"
@@ -43,6 +44,9 @@ constexpr HandlerDecl kHandlers[] = {
     {"mnusave", Event::Click, mnusave_Click},
     {"mnuexit", Event::Click, mnuexit_Click},
     {"mnucompile", Event::Click, mnucompile_Click},
+    {"mnuquestmap", Event::Click, mnuquestmap_Click},
+    {"mnucheckquest", Event::Click, mnucheckquest_Click},
+    {"mnuexplorequest", Event::Click, mnuexplorequest_Click},
     {"pg", Event::Click, pg_Click},
     {"Command1", Event::Click, Command1_Click},
     {"Command2", Event::Click, Command2_Click},

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "editor/author_menu.h"
 #include "editor/createquest.h"
 #include "packager/frmcompile.h"
 #include "shell/frmgame.h"
@@ -11,7 +12,9 @@ namespace fw {
 
 std::span<const FormDef> AllForms() {
   static const std::vector<FormDef> forms = {FrmGameForm(), FrmSplashForm(), FrmUpdatesForm(), CreateQuestForm(),
-                                             FrmCompileForm()};
+                                             FrmCompileForm(),
+                                             // The editor's author tools.
+                                             FrmQuestMapForm(), FrmFindingsForm(), FrmExploreForm()};
   return forms;
 }
 
