@@ -61,10 +61,14 @@ double FittingZoom(Program& p) {
   return std::clamp(fit, kSmallestFit, 1.0);
 }
 
-// The working file's title for the map, or what stands for it.
+// The working file's title for the map, else the name of the quest file it
+// was loaded from or saved to.
 std::string MapTitle(Program& p) {
   std::string title = ReadINI(p, kWorkingFile, "Story Info", "Title");
-  return title.empty() ? "Untitled quest" : title;
+  if (!title.empty()) return title;
+  std::string file = EditorState(p).filepath.Caption();
+  file.erase(0, file.find_last_of("/\\") + 1);
+  return file.empty() ? "Untitled quest" : file;
 }
 
 void cmdZoomIn_Click(Program& p) {
