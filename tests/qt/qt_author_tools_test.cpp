@@ -7,6 +7,9 @@
 #include <QImage>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -100,6 +103,32 @@ TEST(QtAuthorTools, TheMapsBoxesLieWhereTheClicksFindThem) {
   QTest::mouseClick(view, Qt::LeftButton, {},
                     QPoint(static_cast<int>((last.left + last.width / 2) * a.windows.Zoom(a.s.FindForm("FrmQuestMap")) * m.zoom / 15), y));
   EXPECT_EQ(a.SelectedPage(), m.mapPages[last.page]);
+}
+
+TEST(QtAuthorTools, TheMenuStandsBesideTheEditorsOwn) {
+  AuthorTools a;
+  QMainWindow* editor = a.windows.WindowOf(a.s.FindForm("createquest"));
+  ASSERT_NE(editor, nullptr);
+  QStringList menus;
+  QMenu* tools = nullptr;
+  for (QAction* action : editor->menuBar()->actions()) {
+    menus << action->text();
+    if (action->text() == "&Author Tools") tools = action->menu();
+  }
+  EXPECT_EQ(menus, QStringList({"&File", "&Compile", "&Author Tools"}));
+  ASSERT_NE(tools, nullptr);
+  QStringList items;
+  for (QAction* action : tools->actions()) items << action->text();
+  EXPECT_EQ(items, QStringList({"Quest &Map", "&Check the Quest", "&Explore the Quest"}));
+  // The menu open over the editor, for a picture.
+  editor->show();
+  tools->popup(editor->mapToGlobal(editor->menuBar()->actionGeometry(tools->menuAction()).bottomLeft()));
+  QPixmap shot = editor->grab();
+  QPainter(&shot).drawPixmap(editor->menuBar()->actionGeometry(tools->menuAction()).bottomLeft(), tools->grab());
+  // The menu bar and the open menu, without the page below.
+  int bottom = editor->menuBar()->height() + tools->height() + 8;
+  shot.copy(0, 0, shot.width(), std::min(bottom, shot.height())).save(testing::ScreenshotsDir() + "/author-tools-menu.png");
+  tools->hide();
 }
 
 TEST(QtAuthorTools, TheFindingsAndTheReportInTheirWindows) {
