@@ -13,6 +13,8 @@
 #include "editor/quest_explore.h"
 #include "forms/controls.h"
 #include "forms/user_actions.h"
+#include "play/game_state.h"
+#include "play/start_quest.h"
 #include "shell/forms.h"
 #include "store/program_store.h"
 #include "test_program.h"
@@ -166,6 +168,22 @@ TEST(AuthorMenu, TheReportIsTheExplorersAndLeavesTheAuthorsGameAlone) {
   ASSERT_EQ(e.Act("FrmExplore", "cmdExploreAgain"), "");
   report = TextBox(e.s, "FrmExplore", "txtReport").Text();
   EXPECT_EQ(report.find("Dead end at page 8"), std::string::npos) << report;
+}
+
+TEST(AuthorMenu, ATestPlayStartsAtTheChosenPageAsIfTheQuestBeganThere) {
+  Editor e("explore/known.fbw");
+  GameState g(e.t.program);
+  LoadTmpGame(e.t.program, "2");
+  EXPECT_EQ(g.pg.Caption(), "2");
+  EXPECT_EQ(g.score.Caption(), "0");
+  EXPECT_TRUE(g.Text1.Text().ends_with("\r\n>\r\nDoor\r\n>\r\n")) << g.Text1.Text();
+  EXPECT_EQ(g.Text1.Text().find("Yard"), std::string::npos);
+  EXPECT_EQ(g.Option1.Caption(), "Open the door");
+  EXPECT_EQ(g.Option3.Caption(), "Climb");
+  // Page 1 by default, as Test Game has it.
+  LoadTmpGame(e.t.program);
+  EXPECT_EQ(g.pg.Caption(), "1");
+  EXPECT_EQ(g.Option1.Caption(), "Take the key");
 }
 
 }  // namespace
