@@ -26,7 +26,7 @@ constexpr ControlDecl kControls[] = {
 // Bounds that keep the window's wait short on a large quest; the command
 // line's explorer goes further.
 constexpr std::size_t kEditorStates = 20000;
-constexpr int kEditorFights = 300;
+constexpr int kEditorFights = 100;
 
 void cmdExploreAgain_Click(Program& p) { WriteExploreReport(p); }
 
