@@ -4,6 +4,7 @@
 // of all three are kept.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QImage>
 #include <QListWidget>
 #include <QMainWindow>
@@ -96,6 +97,8 @@ TEST(QtAuthorTools, TheMapsBoxesLieWhereTheClicksFindThem) {
   ASSERT_NE(scroll, nullptr);
   EXPECT_GT(view->height(), scroll->viewport()->height());
   EXPECT_GT(scroll->verticalScrollBar()->maximum(), 0);
+  QCoreApplication::processEvents();  // the scroll bars come with the next layout
+  EXPECT_TRUE(scroll->verticalScrollBar()->isVisible());
   const MapBox& last = m.map.boxes.back();
   int y = static_cast<int>((last.top + last.height / 2) * a.windows.Zoom(a.s.FindForm("FrmQuestMap")) * m.zoom / 15);
   scroll->verticalScrollBar()->setValue(y - scroll->viewport()->height() / 2);

@@ -376,9 +376,15 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
         auto* inside = new QWidget;
         scroll->setWidget(inside);
         scroll->setWidgetResizable(false);
-        if (QColor fill = BackColor(d.look); fill.isValid())
-          scroll->setStyleSheet(QString("QScrollArea#%1, QScrollArea#%1 > QWidget > QWidget{background-color:%2;}")
-                                    .arg(d.name, fill.name()));
+        if (QColor fill = BackColor(d.look); fill.isValid()) {
+          // Through the palette: a style sheet would reach the scroll bars too.
+          for (QWidget* back : {scroll->viewport(), inside}) {
+            QPalette palette = back->palette();
+            palette.setColor(QPalette::Window, fill);
+            back->setPalette(palette);
+            back->setAutoFillBackground(true);
+          }
+        }
         w = scroll;
         break;
       }
