@@ -9,7 +9,7 @@
 namespace fw {
 namespace {
 
-bool IsContainer(Kind k) { return k == Kind::PictureBox; }
+bool IsContainer(Kind k) { return k == Kind::PictureBox || k == Kind::Frame; }
 
 TEST(Forms, EveryHandlerNamesAControlOfAKindThatRaisesItsEvent) {
   for (const FormDef& form : AllForms()) {

@@ -1,5 +1,8 @@
 #include "editor/createquest.h"
 
+#include <iterator>
+#include <vector>
+
 #include "editor/author_menu.h"
 #include "editor/editor_state.h"
 #include "editor/page_fields.h"
@@ -51,6 +54,17 @@ constexpr HandlerDecl kHandlers[] = {
     {"Command1", Event::Click, Command1_Click},
     {"Command2", Event::Click, Command2_Click},
     {"Timer1", Event::Timer, Timer1_Timer},
+    {"Command3", Event::Click, Command3_Click},
+    {"Command4", Event::Click, Command4_Click},
+    {"Command5", Event::Click, Command5_Click},
+    {"Command6", Event::Click, Command6_Click},
+    {"Command7", Event::Click, Command7_Click},
+    {"Command8", Event::Click, Command8_Click},
+    {"Command9", Event::Click, Command9_Click},
+    {"Command10", Event::Click, Command10_Click},
+    {"Command11", Event::Click, Command11_Click},
+    {"Command12", Event::Click, Command12_Click},
+    {"Command13", Event::Click, Command13_Click},
     FW_TEXT(1), FW_TEXT(2), FW_TEXT(3), FW_TEXT(4), FW_TEXT(5), FW_TEXT(6), FW_TEXT(7), FW_TEXT(8), FW_TEXT(9),
     FW_TEXT(10), FW_TEXT(11), FW_TEXT(12), FW_TEXT(14), FW_TEXT(15), FW_TEXT(16), FW_TEXT(17), FW_TEXT(18),
     FW_TEXT(19), FW_TEXT(20), FW_TEXT(21), FW_TEXT(22), FW_TEXT(23), FW_TEXT(24), FW_TEXT(25), FW_TEXT(26),
@@ -63,7 +77,12 @@ constexpr HandlerDecl kHandlers[] = {
 }  // namespace
 
 const FormDef& CreateQuestForm() {
-  static const FormDef form{&kCreateQuestTable, kHandlers};
+  static const std::vector<HandlerDecl> handlers = [] {
+    std::vector<HandlerDecl> all(std::begin(kHandlers), std::end(kHandlers));
+    for (const HandlerDecl& h : createquest::FieldHelpHandlers()) all.push_back(h);
+    return all;
+  }();
+  static const FormDef form{&kCreateQuestTable, handlers};
   return form;
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <span>
 #include <string_view>
 
 #include "forms/form_table.h"
@@ -36,6 +37,24 @@ void pg_Click(Program& p);
 void Command1_Click(Program& p);
 void Command2_Click(Program& p);
 void Timer1_Timer(Program& p);
+
+// The media pickers of the page's tune, picture, movie and MP3.
+void Command3_Click(Program& p);
+void Command6_Click(Program& p);
+void Command9_Click(Program& p);
+void Command10_Click(Program& p);
+// The try-outs: the tune (locked until its stop) and the MP3 track.
+void Command4_Click(Program& p);
+void Command5_Click(Program& p);
+void Command11_Click(Program& p);
+void Command12_Click(Program& p);
+// The battle window, the character window and test play.
+void Command7_Click(Program& p);
+void Command8_Click(Program& p);
+void Command13_Click(Program& p);
+
+// The hover help of every field that has one.
+std::span<const HandlerDecl> FieldHelpHandlers();
 
 }  // namespace createquest
 }  // namespace fw

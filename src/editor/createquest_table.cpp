@@ -1,6 +1,5 @@
 // The quest editor's window: every control, where it lies (twips), and how
-// it looks. The pickers, previews and the buttons of test play and of the
-// battle and character windows join when their forms come.
+// it looks.
 #include "editor/createquest.h"
 
 namespace fw {
@@ -23,6 +22,9 @@ constexpr Look Box(bool lines, bool scroll) {
 constexpr Look kLines = Box(true, false);
 constexpr Look kScroll = Box(false, true);
 constexpr Look kLabel{.foreColor = kWhite, .transparent = true, .font = kLabelFont};
+// The help note in a smaller hand than the labels: its longest texts keep to
+// four lines above the page text's label.
+constexpr Look kHelp{.foreColor = kWhite, .transparent = true, .font = {"MS Sans Serif", 9.75f, true}};
 constexpr Look kCheck{.foreColor = kWhite, .backColor = kBlack, .font = {"MS Sans Serif", 8.25f, false}};
 
 constexpr const char* kFirstPage[] = {"1"};
@@ -48,6 +50,12 @@ constexpr ControlDecl ScrollBox(const char* name, float left, float top, float w
 constexpr ControlDecl Caption(const char* name, float left, float top, float width, const char* caption) {
   return {.name = name, .kind = Kind::Label, .left = left, .top = top, .width = width, .height = 375,
           .caption = caption, .look = kLabel};
+}
+
+// A small button of the media rows: a picker "X", a try-out ">" or its stop.
+constexpr ControlDecl MediaButton(const char* name, float left, float top, const char* caption) {
+  return {.name = name, .kind = Kind::CommandButton, .left = left, .top = top, .width = 375, .height = 375,
+          .caption = caption};
 }
 
 constexpr ControlDecl kControls[] = {
@@ -92,7 +100,9 @@ constexpr ControlDecl kControls[] = {
     Caption("Label13", 0, 2880, 1455, "Play Movie:"),
     Caption("Label14", 0, 3240, 1455, "Play Mp3:"),
     {.name = "filepath", .kind = Kind::Label, .left = 0, .top = 6480, .width = 9615, .height = 375, .look = kLabel},
-    {.name = "info", .kind = Kind::Label, .left = 2160, .top = 0, .width = 3135, .height = 1695, .look = kLabel},
+    {.name = "info", .kind = Kind::Label, .left = 2160, .top = 0, .width = 3135, .height = 1695,
+     .caption = "Note: There is a limit to how many characters can be in an option and on a page.",
+     .look = kHelp},
 
     // The page list and its buttons.
     {.name = "pg", .kind = Kind::ListBox, .left = 1080, .top = 120, .width = 615, .height = 1230,
@@ -116,6 +126,21 @@ constexpr ControlDecl kControls[] = {
     Check("Check11", 4320, 3600, 1575, "Auto Repeat MP3"),
     {.name = "Command7", .kind = Kind::CommandButton, .left = 7440, .top = 3360, .width = 1815, .height = 375,
      .caption = "Open Battle Window", .enabled = false},
+
+    // The media rows' pickers and try-outs, and the buttons of the battle
+    // and character windows and of test play.
+    MediaButton("Command3", 4800, 2520, "X"),
+    MediaButton("Command4", 5160, 2520, ">"),
+    MediaButton("Command5", 5520, 2520, "[=]"),
+    MediaButton("Command9", 4800, 2880, "X"),
+    MediaButton("Command10", 4800, 3240, "X"),
+    MediaButton("Command11", 5160, 3240, ">"),
+    MediaButton("Command12", 5520, 3240, "[=]"),
+    MediaButton("Command6", 3240, 3720, "X"),
+    {.name = "Command8", .kind = Kind::CommandButton, .left = 6120, .top = 3240, .width = 1215, .height = 495,
+     .caption = "Character Window"},
+    {.name = "Command13", .kind = Kind::CommandButton, .left = 2160, .top = 4200, .width = 1335, .height = 375,
+     .caption = "Test Game"},
 
     // The story.
     ScrollBox("Text10", 6000, 480, 3135),

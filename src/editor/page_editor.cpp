@@ -6,6 +6,7 @@
 
 #include "editor/createquest.h"
 #include "editor/editor_state.h"
+#include "editor/frmbattle.h"
 #include "editor/page_fields.h"
 #include "forms/convert.h"
 #include "forms/program.h"
@@ -19,8 +20,7 @@ constexpr const char* kForm = "createquest";
 // The section a field's key lies in.
 std::string SectionOf(Program& p, const Binding& b) {
   if (b.story) return kStorySection;
-  ListBox pg(p.surface(), kForm, "pg");
-  return pg.List(pg.ListIndex());
+  return SelectedPage(p);
 }
 
 // The page keys as pg_Click reads them: the text boxes first, in this order.
@@ -56,17 +56,26 @@ void ReadTextBox(Program& p, const PageRead& read, const char* name, std::string
 
 void WriteField(Program& p, const char* control) {
   const Binding& b = BindingOf(control);
-  FormSurface& s = p.surface();
-  ControlId id = s.Id(kForm, control);
-  const Control& c = s.At(id);
-  std::string value = b.check ? std::to_string(c.checkValue) : c.caption;
-  std::string section = SectionOf(p, b);
-  // A page read writes back what it has just read: the same text again,
-  // which leaves the file as it is, so it need not be written. An empty
-  // value may be a key that is missing yet, and is always written.
+  const Control& c = p.surface().At(p.surface().Id(kForm, control));
+  WriteBound(p, SectionOf(p, b), b.key, b.check ? std::to_string(c.checkValue) : c.caption);
+}
+
+void WriteBound(Program& p, std::string_view section, std::string_view key, std::string_view value) {
+  // An empty value may be a key that is missing yet, and is always written.
   const auto& pageRead = p.Module<EditorModule>().pageRead;
-  if (pageRead && !value.empty() && FindProfileValue(*pageRead, section, b.key) == value) return;
-  WriteINI(p, kWorkingFile, section, b.key, value);
+  if (pageRead && !value.empty() && FindProfileValue(*pageRead, section, key) == value) return;
+  WriteINI(p, kWorkingFile, section, key, value);
+}
+
+std::string ReadBound(Program& p, std::string_view section, std::string_view key) {
+  const auto& pageRead = p.Module<EditorModule>().pageRead;
+  if (pageRead) return std::string(FindProfileValue(*pageRead, section, key));
+  return ReadINI(p, kWorkingFile, section, key);
+}
+
+std::string SelectedPage(Program& p) {
+  ListBox pg(p.surface(), kForm, "pg");
+  return pg.List(pg.ListIndex());
 }
 
 void createquest::pg_Click(Program& p) {
@@ -86,6 +95,7 @@ void createquest::pg_Click(Program& p) {
   }
   for (const char* name : kStoryOrder) ReadTextBox(p, read, name, page);
   for (const char* name : kLateOrder) ReadTextBox(p, read, name, page);
+  frmbattle::FollowPage(p);
 }
 
 void createquest::Command1_Click(Program& p) {

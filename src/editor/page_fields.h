@@ -1,5 +1,6 @@
 #pragma once
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace fw {
@@ -72,5 +73,16 @@ inline constexpr std::array kCheckOrder = {"Check1", "Check2", "Check3", "Check4
 // selected page's section (nothing is written while no page is selected)
 // or in Story Info.
 void WriteField(Program& p, const char* control);
+
+// The key write every bound field of the editor's windows makes: while a
+// page is being read into the fields, writing back the value just read is
+// left out, as it would leave the file as it is.
+void WriteBound(Program& p, std::string_view section, std::string_view key, std::string_view value);
+
+// A key of the working file, from the text a page read holds while one runs.
+std::string ReadBound(Program& p, std::string_view section, std::string_view key);
+
+// The selected entry of the page list: the section of every page key.
+std::string SelectedPage(Program& p);
 
 }  // namespace fw

@@ -19,6 +19,7 @@ const char* KindName(Kind kind) {
     case Kind::FileDialog: return "FileDialog";
     case Kind::MediaPlayer: return "MediaPlayer";
     case Kind::Shape: return "Shape";
+    case Kind::Frame: return "Frame";
   }
   return "?";
 }
@@ -58,6 +59,7 @@ bool KindRaises(Kind kind, Event event) {
     case Kind::FileDialog:
     case Kind::MediaPlayer:
     case Kind::Shape:
+    case Kind::Frame:
       return false;
   }
   return false;

@@ -23,6 +23,7 @@ enum class Kind {
   FileDialog,
   MediaPlayer,
   Shape,
+  Frame,  // a captioned box that holds other controls
 };
 
 const char* KindName(Kind kind);

@@ -28,7 +28,7 @@ constexpr std::array<std::pair<Prop, const char*>, 25> kPropNames = {{
 
 bool HasCaption(Kind k) {
   return k == Kind::Label || k == Kind::OptionButton || k == Kind::CommandButton ||
-         k == Kind::CheckBox || k == Kind::Menu;
+         k == Kind::CheckBox || k == Kind::Menu || k == Kind::Frame;
 }
 
 }  // namespace

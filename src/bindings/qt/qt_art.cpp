@@ -59,6 +59,7 @@ QCursor HandCursor() {
 void SubstituteFonts() {
   QFont::insertSubstitution("MS Sans Serif", "Liberation Sans");
   QFont::insertSubstitution("Arial", "Liberation Sans");
+  QFont::insertSubstitution("Tahoma", "Liberation Sans");
   QFont::insertSubstitution("Times New Roman", "Liberation Serif");
   QFont::insertSubstitution("Courier New", "Liberation Mono");
   // No metric twin of Verdana is free; DejaVu Sans grew out of the same

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -162,6 +163,22 @@ class Area : public QLabel {
   QPixmap artPixmap_;
 };
 
+// Tells of the mouse moving over a widget that has no hover of its own (a
+// text box, a button, a list): a form's help follows the mouse there too.
+class MoveWatch : public QObject {
+ public:
+  MoveWatch(QObject* parent, std::function<void()> onMove) : QObject(parent), onMove_(std::move(onMove)) {}
+
+ protected:
+  bool eventFilter(QObject*, QEvent* e) override {
+    if (e->type() == QEvent::MouseMove || e->type() == QEvent::Enter) onMove_();
+    return false;
+  }
+
+ private:
+  std::function<void()> onMove_;
+};
+
 // A window that leaves its closing to the program's own unload, tells the
 // program when the desktop resizes it, and hands the keys that no control
 // took to the form's key table.
@@ -248,6 +265,19 @@ bool HoldsControls(const FormDecl& t, const ControlDecl& d) {
   for (const ControlDecl& c : t.controls)
     if (std::string_view(c.parent) == d.name) return true;
   return false;
+}
+
+// A caption too wide for its button goes on two lines where the button is
+// tall enough for them, broken at the blank nearest its middle, as a
+// button of the forms' own toolkit wraps its caption.
+QString ButtonText(const QPushButton* button, const ControlDecl& d, QString text) {
+  constexpr int kPadding = 6;
+  if (!HoldsTwoLines(d) || button->fontMetrics().horizontalAdvance(text) <= button->width() - kPadding) return text;
+  int middle = static_cast<int>(text.size()) / 2, best = -1;
+  for (int i = 0; i < text.size(); ++i)
+    if (text[i] == ' ' && (best < 0 || std::abs(i - middle) < std::abs(best - middle))) best = i;
+  if (best >= 0) text[best] = '\n';
+  return text;
 }
 
 }  // namespace
@@ -475,6 +505,17 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       w = new QWidget(parent);
       w->setStyleSheet("background-color:black;");
       break;
+    case Kind::Frame: {
+      // The caption sits on the frame's top line, and the controls inside
+      // keep their places from the frame's corner.
+      auto* group = new QGroupBox(parent);
+      QString ink = ColorCss(d.look.foreColor == kDefaultColor ? 0 : d.look.foreColor);
+      group->setStyleSheet(QString("QGroupBox#%1{color:%2;border:1px solid %2;border-radius:3px;margin-top:7px;}"
+                                   "QGroupBox#%1::title{subcontrol-origin:margin;left:8px;padding:0 3px;}")
+                               .arg(d.name, ink));
+      w = group;
+      break;
+    }
     case Kind::Shape: {
       auto* frame = new QFrame(parent);
       frame->setStyleSheet(QString("border:%1px solid %2;background:transparent;")
@@ -500,6 +541,15 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
   if (!w->styleSheet().isEmpty() && !w->styleSheet().contains('{'))
     w->setStyleSheet(QString("#%1{%2}").arg(d.name, w->styleSheet()));
   Connect(id, w);
+  if (!dynamic_cast<Area*>(w) && program_.surface().Answers(id, Event::MouseMove)) {
+    auto* watch = new MoveWatch(w, [this, id] { User(id, UserAction::Hover); });
+    QList<QWidget*> surfaces{w};
+    if (auto* scroll = qobject_cast<QAbstractScrollArea*>(w)) surfaces.push_back(scroll->viewport());
+    for (QWidget* under : surfaces) {
+      under->setMouseTracking(true);
+      under->installEventFilter(watch);
+    }
+  }
   return w;
 }
 
@@ -734,7 +784,9 @@ void QtWindows::Apply(ControlId id, Caret caret) {
       box->ensureCursorVisible();
     }
   } else if (auto* button = qobject_cast<QPushButton*>(w)) {
-    button->setText(Q(c.caption));
+    button->setText(ButtonText(button, *c.decl, Q(c.caption)));
+  } else if (auto* group = qobject_cast<QGroupBox*>(w)) {
+    group->setTitle(Q(c.caption));
   } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
     check->setText(Q(c.caption));
     check->setChecked(c.checkValue == 1);

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace fw {
+
+class Program;
+
+namespace editor {
+
+// Plays the working file at once in the game window, from page "1", as it
+// stands: every field was written when it changed, so nothing is saved
+// first. The editor stays open beside the game.
+void TestPlay(Program& p);
+
+}  // namespace editor
+}  // namespace fw
