@@ -1,6 +1,7 @@
 #include "editor/author_menu.h"
 
 #include "editor/editor_state.h"
+#include "editor/test_play.h"
 #include "forms/program.h"
 
 namespace fw {
@@ -30,6 +31,15 @@ void createquest::mnucheckquest_Click(Program& p) {
 void createquest::mnuexplorequest_Click(Program& p) {
   WriteExploreReport(p);
   FormHandle(p.surface(), "FrmExplore").Show();
+}
+
+void createquest::mnutestfrompage_Click(Program& p) {
+  std::string page = EditorState(p).SelectedPage();
+  if (page.empty()) {
+    p.MsgBox("Select the page to start from in the page list first.");
+    return;
+  }
+  editor::TestPlay(p, page);
 }
 
 }  // namespace fw

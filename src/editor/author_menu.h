@@ -42,6 +42,8 @@ namespace createquest {
 void mnuquestmap_Click(Program& p);
 void mnucheckquest_Click(Program& p);
 void mnuexplorequest_Click(Program& p);
+// Test Game from the page selected in the page list instead of page 1.
+void mnutestfrompage_Click(Program& p);
 
 }  // namespace createquest
 }  // namespace fw

@@ -50,6 +50,7 @@ constexpr HandlerDecl kHandlers[] = {
     {"mnuquestmap", Event::Click, mnuquestmap_Click},
     {"mnucheckquest", Event::Click, mnucheckquest_Click},
     {"mnuexplorequest", Event::Click, mnuexplorequest_Click},
+    {"mnutestfrompage", Event::Click, mnutestfrompage_Click},
     {"pg", Event::Click, pg_Click},
     {"Command1", Event::Click, Command1_Click},
     {"Command2", Event::Click, Command2_Click},

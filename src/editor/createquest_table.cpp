@@ -71,6 +71,8 @@ constexpr ControlDecl kControls[] = {
     {.name = "mnuquestmap", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "Quest &Map"},
     {.name = "mnucheckquest", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "&Check the Quest"},
     {.name = "mnuexplorequest", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "&Explore the Quest"},
+    {.name = "mnutestfrompage", .kind = Kind::Menu, .parent = "mnuauthortools",
+     .caption = "&Test Play from the Selected Page"},
 
     // Dialogs and the timer.
     {.name = "questfile", .kind = Kind::FileDialog, .filter = "*.fbw|*.fbw", .defaultExt = "*.fbw"},
