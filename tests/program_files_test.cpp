@@ -1,6 +1,7 @@
 // The platform operations the logic lets fail: files, folders, processes.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "platform/real_services.h"
@@ -41,8 +42,13 @@ TEST(ProgramProcesses, ShellFailsOnlyWhenTheProgramIsNotFound) {
   EXPECT_EQ(t.platform.processes.started, (std::vector<std::string>{"true --ignored", "true"}));
   EXPECT_EQ(t.platform.processes.windowStyles, (std::vector<int>{3, 0}));
   SpawnProcesses real;
-  EXPECT_TRUE(real.Start("true", 2));
-  EXPECT_FALSE(real.Start("no-such-program-here", 2));
+  EXPECT_TRUE(real.Start("true", 2, ""));
+  EXPECT_FALSE(real.Start("no-such-program-here", 2, ""));
+  // A program started after a ChDir runs in that folder.
+  testing::TempDir dir;
+  ASSERT_TRUE(real.Start("sh -c \"pwd > started-here\"", 2, dir.str()));
+  for (int i = 0; i < 500 && !std::filesystem::exists(dir.path / "started-here"); ++i) ::usleep(10000);
+  EXPECT_TRUE(std::filesystem::exists(dir.path / "started-here"));
 }
 
 }  // namespace

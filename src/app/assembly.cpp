@@ -13,6 +13,7 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   if (!own.clock) own.clock = &clock_;
   if (!own.processes) own.processes = &processes_;
   if (!own.files) own.files = &files_;
+  if (!own.runtime) own.runtime = &runtime_;
   if (!own.random) {
     // Our dice start from the clock, or from the seed asked for, so that the
     // same commands give the same fights.
@@ -22,14 +23,14 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
   }
   if (!own.sequencer) {
     if (!sequencer_) {
-      if (launch_.sound) sequencer_ = std::make_unique<FluidSequencer>(true);
+      if (launch_.sound) sequencer_ = std::make_unique<FluidSequencer>(true, FindSoundfont(launch_.appDir));
       else sequencer_ = std::make_unique<HeadlessSequencer>();
     }
     own.sequencer = sequencer_.get();
   }
   std::error_code ec;
   AppInfo app{Cp1252FromUtf8(launch_.appDir), Cp1252FromUtf8(launch_.exeName), launch_.home,
-              std::filesystem::current_path(ec).string()};
+              std::filesystem::current_path(ec).string(), launch_.exe, launch_.ownFiles};
   return std::make_unique<Program>(own, std::move(app), AllForms());
 }
 

@@ -3,10 +3,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "forms/program.h"
 #include "platform/disk_files.h"
 #include "platform/draw_random.h"
+#include "platform/linked_runtime.h"
 #include "platform/real_services.h"
 
 namespace fw {
@@ -18,6 +20,8 @@ struct Launch {
   std::string home;     // the per-user folder that bare profile names mean
   bool sound = true;    // MIDI through FluidSynth, else silent on the same timing
   std::optional<std::uint32_t> seed;  // Randomize's seed instead of the clock's
+  std::string exe = {};  // the running executable's own file, "" when unknown
+  std::vector<std::string> ownFiles = {};  // the program's files a copy of the executable needs beside it
 };
 
 // The one place a program is put together, whichever binding runs it: the
@@ -25,7 +29,7 @@ struct Launch {
 // dice and the MIDI voice), where the program stands, and every form.
 class Assembly {
  public:
-  explicit Assembly(Launch launch) : launch_(std::move(launch)) {}
+  explicit Assembly(Launch launch) : launch_(std::move(launch)), runtime_(launch_.exe, launch_.ownFiles) {}
   Assembly(const Assembly&) = delete;
   Assembly& operator=(const Assembly&) = delete;
 
@@ -42,6 +46,7 @@ class Assembly {
   SpawnProcesses processes_;
   DiskFiles files_;
   DrawRandom random_;
+  LinkedRuntime runtime_;
   std::unique_ptr<Sequencer> sequencer_;
 };
 

@@ -58,6 +58,7 @@ fw::Launch DefaultLaunch() {
   fw::Launch launch;
   launch.appDir = self.parent_path().string();
   launch.exeName = self.stem().string();
+  if (self.is_absolute()) launch.exe = self.string();
   return launch;
 }
 

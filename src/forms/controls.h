@@ -135,6 +135,14 @@ class FileDialog : public ControlHandle {
   void SetInitDir(std::string_view v) const { s_->SetInitDir(id_, v); }
 };
 
+class DirListBox : public ControlHandle {
+ public:
+  FW_HANDLE(DirListBox)
+  const std::string& Path() const { return c().caption; }
+  void SetPath(std::string_view v) const { s_->SetPath(id_, v); }
+  void Refresh() const { s_->RefreshDir(id_); }
+};
+
 class MediaPlayer : public ControlHandle {
  public:
   FW_HANDLE(MediaPlayer)

@@ -79,6 +79,7 @@ struct ControlDecl {
   int maxLength = 0;              // a text box's MaxLength: the most characters a user puts in; 0 for no limit
   std::span<const char* const> items{};  // a list box's entries at start
   const char* toolTip = "";       // the hover text the window shows; no logic reads it
+  int value = 0;                  // a check box's Value at start
 };
 
 // A key of the keyboard that stands for a control: pressing it does to the

@@ -171,7 +171,7 @@ Picture Program::LoadPicture(std::string_view path) {
 }
 
 void Program::Shell(std::string_view command, int windowStyle) {
-  if (!services_.processes->Start(command, windowStyle)) throw Failure("File not found");
+  if (!services_.processes->Start(command, windowStyle, currentDir_)) throw Failure("File not found");
 }
 
 void Program::FileCopy(std::string_view from, std::string_view to) {

@@ -20,10 +20,22 @@ namespace fw {
 
 // Where the running executable stands, as App.Path and App.EXEName report it.
 struct AppInfo {
+  AppInfo(std::string path_, std::string exeName_, std::string userDir_, std::string currentDir_,
+          std::string exe_ = {}, std::vector<std::string> ownFiles_ = {})
+      : path(std::move(path_)),
+        exeName(std::move(exeName_)),
+        userDir(std::move(userDir_)),
+        currentDir(std::move(currentDir_)),
+        exe(std::move(exe_)),
+        ownFiles(std::move(ownFiles_)) {}
   std::string path;     // the executable's folder, Windows-1252, no trailing separator
   std::string exeName;  // its file name without folder and extension
   std::string userDir;  // host path of the per-user folder (the Windows directory)
   std::string currentDir;  // host path of the current folder at start
+  std::string exe;         // host path of the running executable itself, "" when unknown
+  // Host paths of the program's own files that a copy of the executable
+  // needs beside it to run (a module it loads from its own folder), in order.
+  std::vector<std::string> ownFiles;
 };
 
 // The title of a message box that is given none.
@@ -57,6 +69,7 @@ class Program {
   // -- App.
   const std::string& AppPath() const { return app_.path; }
   const std::string& AppEXEName() const { return app_.exeName; }
+  const AppInfo& App() const { return app_; }
   // The host path of the per-user folder that stands for the Windows directory.
   const std::string& UserDir() const { return app_.userDir; }
 

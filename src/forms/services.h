@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace fw {
 
@@ -48,8 +49,10 @@ class Dialogs {
 class Processes {
  public:
   virtual ~Processes() = default;
-  // Starts the command without waiting; false when its program is not found.
-  virtual bool Start(std::string_view command, int windowStyle) = 0;
+  // Starts the command without waiting, in the host folder given (the
+  // program's current folder; "" keeps the process's own); false when its
+  // program is not found.
+  virtual bool Start(std::string_view command, int windowStyle, const std::string& folder) = 0;
   // Opens a document or address with the desktop's associated program.
   virtual void Open(std::string_view target) = 0;
 };
@@ -106,6 +109,25 @@ class MediaPlayers {
   virtual void SetPlayCount(Program& program, ControlId player, int playCount) = 0;
 };
 
+// One file a game folder needs so that a copy of this program runs on a
+// machine that has never had it: a host file, and where it goes, relative to
+// the game folder ("lib/libfoo.so.1").
+struct RuntimeFile {
+  std::string from, to;
+};
+
+// What a copy of the running executable needs besides itself, worked out
+// from the executable. Paths are host paths.
+class Runtime {
+ public:
+  virtual ~Runtime() = default;
+  // Every file, in the order they are copied.
+  virtual std::vector<RuntimeFile> Files() = 0;
+  // Makes the copy of the executable in the folder find the copied files
+  // instead of the system's; throws Failure when it cannot.
+  virtual void Adopt(const std::string& folder, const std::string& exeCopy) = 0;
+};
+
 // The services of one running program.
 struct Services {
   Clock* clock;
@@ -116,6 +138,7 @@ struct Services {
   Random* random;
   Sequencer* sequencer;
   MediaPlayers* players;
+  Runtime* runtime = nullptr;  // none: a game folder gets no runtime files
 };
 
 }  // namespace fw

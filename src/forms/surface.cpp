@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "forms/codepage.h"
 #include "forms/failure.h"
 #include "forms/program.h"
 
@@ -79,10 +80,13 @@ void FormSurface::Build(FormState& f) {
       if (it != f.byName.end()) c.parent = it->second;
     }
     c.caption = d.caption;
+    // A directory list opens on the current folder.
+    if (d.kind == Kind::DirListBox) c.caption = Cp1252FromUtf8(program_.CurrentDir());
     c.left = d.left, c.top = d.top, c.width = d.width, c.height = d.height;
     c.visible = d.visible;
     c.enabled = d.enabled;
     c.list.assign(d.items.begin(), d.items.end());
+    c.checkValue = d.value;
     if (d.kind == Kind::Timer) f.timers.push_back(static_cast<int>(i));
   }
   for (const HandlerDecl& h : f.def->handlers) {
@@ -358,6 +362,14 @@ void FormSurface::SetFileName(ControlId id, std::string_view path) {
   std::size_t cut = c.fileName.find_last_of("/\\");
   c.fileTitle = cut == std::string::npos ? c.fileName : c.fileName.substr(cut + 1);
   Changed(id, Prop::FileName);
+}
+
+void FormSurface::SetPath(ControlId id, std::string_view path) {
+  Control& c = At(id);
+  if (c.caption == path) return;
+  c.caption = path;
+  Changed(id, Prop::Path);
+  Raise(id, Event::Change);
 }
 
 void FormSurface::SetInitDir(ControlId id, std::string_view dir) {

@@ -33,7 +33,7 @@ struct Picture {
 struct Control {
   const ControlDecl* decl = nullptr;
   int parent = -1;  // index of the container control, -1 for the form
-  std::string caption;  // Caption, or Text of a text box
+  std::string caption;  // Caption, Text of a text box, or Path of a directory list
   float left = 0, top = 0, width = 0, height = 0;
   bool visible = true;
   bool enabled = true;
@@ -73,7 +73,7 @@ struct FormState {
 enum class Prop {
   Caption, Text, Visible, Enabled, Value, Left, Top, Width, Height, Picture, List,
   ListCount, ListIndex, SelStart, Max, Interval, FileName, FileTitle, InitDir, Filter,
-  DefaultExt, PlayCount, PlayState, ReadyState, Icon,
+  DefaultExt, PlayCount, PlayState, ReadyState, Icon, Path,
 };
 
 // A property's value as a script prints it.
@@ -155,6 +155,10 @@ class FormSurface {
   void SetInitDir(ControlId id, std::string_view dir);
   void SetMedia(ControlId id, Prop prop, int value);  // PlayCount, PlayState, ReadyState
   void SetMediaFile(ControlId id, std::string_view file);
+  // A directory list's folder (a program path); raises Change when it differs.
+  void SetPath(ControlId id, std::string_view path);
+  // Tells the bindings to read the folders of a directory list again.
+  void RefreshDir(ControlId id) { Changed(id, Prop::Path); }
 
   // -- Generic access for scripts and bindings.
   // The value of a property; throws invalid_argument when the kind has none.

@@ -9,7 +9,7 @@
 namespace fw {
 namespace {
 
-constexpr std::array<std::pair<Prop, const char*>, 25> kPropNames = {{
+constexpr std::array<std::pair<Prop, const char*>, 26> kPropNames = {{
     {Prop::Caption, "Caption"},     {Prop::Text, "Text"},           {Prop::Visible, "Visible"},
     {Prop::Enabled, "Enabled"},     {Prop::Value, "Value"},         {Prop::Left, "Left"},
     {Prop::Top, "Top"},             {Prop::Width, "Width"},         {Prop::Height, "Height"},
@@ -18,7 +18,7 @@ constexpr std::array<std::pair<Prop, const char*>, 25> kPropNames = {{
     {Prop::Interval, "Interval"},   {Prop::FileName, "FileName"},   {Prop::FileTitle, "FileTitle"},
     {Prop::InitDir, "InitDir"},     {Prop::Filter, "Filter"},       {Prop::DefaultExt, "DefaultExt"},
     {Prop::PlayCount, "PlayCount"}, {Prop::PlayState, "PlayState"}, {Prop::ReadyState, "ReadyState"},
-    {Prop::Icon, "Icon"},
+    {Prop::Icon, "Icon"},           {Prop::Path, "Path"},
 }};
 
 // Fails the lookup: the kind has no such property.
@@ -119,6 +119,9 @@ PropValue FormSurface::Get(ControlId id, Prop prop, int index) {
       break;
     case Prop::ReadyState:
       if (k == Kind::MediaPlayer) return static_cast<double>(c.readyState);
+      break;
+    case Prop::Path:
+      if (k == Kind::DirListBox) return c.caption;
       break;
     case Prop::Icon:
       break;

@@ -18,7 +18,7 @@ bool Takes(Kind kind, UserAction action) {
       return any({Kind::Label, Kind::CommandButton, Kind::CheckBox, Kind::ListBox, Kind::PictureBox, Kind::Image,
                   Kind::Menu});
     case UserAction::Select: return kind == Kind::OptionButton;
-    case UserAction::Type: return kind == Kind::TextBox;
+    case UserAction::Type: return kind == Kind::TextBox || kind == Kind::DirListBox;
     case UserAction::Check: return kind == Kind::CheckBox;
     case UserAction::Choose: return kind == Kind::ListBox;
     case UserAction::Hover:
@@ -29,7 +29,12 @@ bool Takes(Kind kind, UserAction action) {
 }
 
 // Why the value does not fit the action: "" when it does.
-std::string BadValue(FormSurface& s, ControlId id, UserAction action, int value) {
+std::string BadValue(FormSurface& s, ControlId id, UserAction action, std::string_view text, int value) {
+  // A directory list reaches only folders there are.
+  if (action == UserAction::Type && s.Decl(id).kind == Kind::DirListBox) {
+    Program& p = s.program();
+    if (!p.services().files->IsDirectory(p.HostFile(text))) return "has no folder " + std::string(text);
+  }
   if (action == UserAction::Check && value != 0 && value != 1) return "takes 0 or 1";
   if (action == UserAction::Choose && (value < 0 || value >= static_cast<int>(s.At(id).list.size())))
     return "has no entry " + std::to_string(value);
@@ -57,7 +62,7 @@ std::string CannotAct(FormSurface& s, ControlId id, UserAction action) {
 std::string Act(Program& p, ControlId id, UserAction action, std::string_view text, int value) {
   FormSurface& s = p.surface();
   std::string why = CannotAct(s, id, action);
-  if (why.empty()) why = BadValue(s, id, action, value);
+  if (why.empty()) why = BadValue(s, id, action, text, value);
   if (!why.empty()) return why;
   p.RunEvent([&] {
     switch (action) {
@@ -67,6 +72,12 @@ std::string Act(Program& p, ControlId id, UserAction action, std::string_view te
         break;
       case UserAction::Select: s.SetOptionValue(id, true); break;
       case UserAction::Type:
+        // A directory list goes to the folder as the user's clicks would take it.
+        if (s.Decl(id).kind == Kind::DirListBox) {
+          if (s.At(id).caption == text) s.Raise(id, Event::Change);
+          else s.SetPath(id, text);
+          break;
+        }
         // The user replaces the text: one Change, even for the same text.
         text = WithinMaxLength(s.Decl(id), text);
         if (s.At(id).caption == text) s.Raise(id, Event::Change);

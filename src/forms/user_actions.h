@@ -13,7 +13,7 @@ class Program;
 enum class UserAction {
   Click,   // a label, button, check box, list, picture, image or menu item
   Select,  // an option button
-  Type,    // replaces the text of a text box that can be edited
+  Type,    // replaces the text of a text box that can be edited; moves a directory list to a folder
   Check,   // sets a check box to 0 or 1
   Choose,  // selects a list's entry by index
   Hover,   // the mouse moves over the control

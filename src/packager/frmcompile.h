@@ -3,7 +3,7 @@
 
 namespace fw {
 
-// The packager's window. It opens empty; the packager fills it.
+// The packager's window: a quest becomes a game folder a friend can run.
 extern const FormDecl kFrmCompileTable;
 const FormDef& FrmCompileForm();
 

@@ -12,9 +12,13 @@ typedef struct _fluid_player_t fluid_player_t;
 
 namespace fw {
 
+// The name a game folder gives its own soundfont, beside the executable.
+inline constexpr const char* kGameSoundfont = "soundfont.sf2";
+
 // The General MIDI soundfont to play with: $FABLEWRIGHT_SOUNDFONT, else the
-// first of Debian's that is installed; "" when there is none.
-std::string FindSoundfont();
+// one in appDir (a game folder's own), else the first of Debian's that is
+// installed; "" when there is none.
+std::string FindSoundfont(const std::string& appDir = "");
 
 // The MIDI voice on this machine: FluidSynth with a General MIDI soundfont.
 // One synth for the program, made at the first tune and not before. No sound

@@ -19,8 +19,9 @@ extern char** environ;
 namespace fw {
 namespace {
 
-// Starts the program without waiting; children are reaped by the system.
-bool Spawn(const std::vector<std::string>& words) {
+// Starts the program without waiting, in the folder given ("" for ours);
+// children are reaped by the system.
+bool Spawn(const std::vector<std::string>& words, const std::string& folder = "") {
   if (words.empty()) return false;
   std::string program = FindProgram(words[0]);
   if (program.empty()) return false;
@@ -28,8 +29,13 @@ bool Spawn(const std::vector<std::string>& words) {
   std::vector<char*> argv;
   for (const std::string& w : words) argv.push_back(const_cast<char*>(w.c_str()));
   argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (!folder.empty()) posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
   pid_t pid;
-  return posix_spawn(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0;
+  bool started = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) == 0;
+  posix_spawn_file_actions_destroy(&actions);
+  return started;
 }
 
 }  // namespace
@@ -47,8 +53,8 @@ void IdlePump::Pump(Program&) { ::usleep(1000); }
 
 // The window style is not ours to apply: the child makes its own windows, and
 // no desktop here lets the starter choose how they first show.
-bool SpawnProcesses::Start(std::string_view command, int /*windowStyle*/) {
-  return Spawn(SplitCommand(HostPath(command)));
+bool SpawnProcesses::Start(std::string_view command, int /*windowStyle*/, const std::string& folder) {
+  return Spawn(SplitCommand(HostPath(command)), folder);
 }
 
 void SpawnProcesses::Open(std::string_view target) { Spawn({"xdg-open", HostPath(target)}); }

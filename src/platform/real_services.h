@@ -13,7 +13,7 @@ class WallClock : public Clock {
 // or a name looked for on the PATH (FindProgram); the rest are its arguments.
 class SpawnProcesses : public Processes {
  public:
-  bool Start(std::string_view command, int windowStyle) override;
+  bool Start(std::string_view command, int windowStyle, const std::string& folder) override;
   void Open(std::string_view target) override;  // through xdg-open
 };
 

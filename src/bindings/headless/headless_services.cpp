@@ -29,12 +29,13 @@ std::optional<std::string> QueuedDialogs::FileDialog(const FileDialogRequest& re
   return answer;
 }
 
-bool RecordingProcesses::Start(std::string_view command, int windowStyle) {
+bool RecordingProcesses::Start(std::string_view command, int windowStyle, const std::string& folder) {
   std::vector<std::string> words = SplitCommand(HostPath(command));
   bool found = !words.empty() && !FindProgram(words[0]).empty();
   if (found) {
     started.emplace_back(command);
     windowStyles.push_back(windowStyle);
+    folders.push_back(folder);
   }
   return found;
 }

@@ -74,9 +74,10 @@ class QueuedDialogs : public Dialogs {
 // when the desktop would find its program (FindProgram).
 class RecordingProcesses : public Processes {
  public:
-  bool Start(std::string_view command, int windowStyle) override;
+  bool Start(std::string_view command, int windowStyle, const std::string& folder) override;
   void Open(std::string_view target) override { opened.emplace_back(target); }
   std::vector<std::string> started, opened;
+  std::vector<std::string> folders;  // the folder each started command was started in
   std::vector<int> windowStyles;  // the window style each started command was given
 };
 
@@ -91,7 +92,7 @@ struct HeadlessPlatform {
   HeadlessSequencer sequencer;
   HeadlessPlayers players;
   Services services() {
-    return {&clock, &pump, &dialogs, &processes, &files, &random, &sequencer, &players};
+    return {&clock, &pump, &dialogs, &processes, &files, &random, &sequencer, &players, nullptr};
   }
 };
 

@@ -4,7 +4,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -104,6 +107,29 @@ bool HoldsTwoLines(const ControlDecl& d) {
   float points = d.look.font.points > 0 ? d.look.font.points : 8.25f;
   return d.height >= 2 * points * 20 * 1.15f;  // a point is 20 twips
 }
+
+// A directory list: the folder itself, the folder above, then the folders
+// inside, each entry holding its full path; activating one moves the list
+// there as the user.
+class DirList : public QListWidget {
+ public:
+  using QListWidget::QListWidget;
+  void ShowFolder(const QString& path) {
+    clear();
+    AddEntry(QDir::toNativeSeparators(path), path);
+    item(0)->setSelected(true);
+    QDir dir(path);
+    if (dir.cdUp()) AddEntry("..", dir.absolutePath());
+    for (const QFileInfo& sub : QDir(path).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+      AddEntry(sub.fileName(), sub.absoluteFilePath());
+  }
+
+ private:
+  void AddEntry(const QString& text, const QString& path) {
+    auto* item = new QListWidgetItem(QIcon::fromTheme("folder"), text, this);
+    item->setData(Qt::UserRole, path);
+  }
+};
 
 // A label, picture box or image: shows text or a picture, and answers clicks
 // and mouse moves.
@@ -524,10 +550,13 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       w = frame;
       break;
     }
+    case Kind::DirListBox:
+      w = new DirList(parent);
+      w->setStyleSheet(Css(d.look));
+      break;
     case Kind::Timer:
     case Kind::FileDialog:
     case Kind::Menu:
-    case Kind::DirListBox:
       return nullptr;
   }
   // A style sheet reaches a widget's children too; scoped to the widget's own
@@ -620,7 +649,11 @@ bool QtWindows::PressZoomKey(int form, const QKeyEvent* e) {
 }
 
 void QtWindows::Connect(ControlId id, QWidget* w) {
-  if (auto* button = qobject_cast<QPushButton*>(w)) {
+  if (auto* dirs = dynamic_cast<DirList*>(w)) {
+    QObject::connect(dirs, &QListWidget::itemActivated, this, [this, id](QListWidgetItem* item) {
+      User(id, UserAction::Type, Cp1252FromUtf8(item->data(Qt::UserRole).toString().toStdString()));
+    });
+  } else if (auto* button = qobject_cast<QPushButton*>(w)) {
     QObject::connect(button, &QPushButton::clicked, this, [this, id] { User(id, UserAction::Click); });
   } else if (auto* check = qobject_cast<QCheckBox*>(w)) {
     QObject::connect(check, &QCheckBox::clicked, this,
@@ -645,6 +678,12 @@ void QtWindows::Connect(ControlId id, QWidget* w) {
   }
 }
 
+// Whether any menu item lies below the menu.
+static bool HasItems(const FormDecl& t, std::string_view menu) {
+  return std::any_of(t.controls.begin(), t.controls.end(),
+                     [&](const ControlDecl& d) { return d.kind == Kind::Menu && menu == d.parent; });
+}
+
 void QtWindows::BuildMenus(int form) {
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
@@ -655,9 +694,13 @@ void QtWindows::BuildMenus(int form) {
     if (d.kind != Kind::Menu) continue;
     ControlId id{form, i};
     int parent = s.At(id).parent;
-    if (parent < 0) {
+    if (parent < 0 && HasItems(t, d.name)) {
       menus[i] = fw.window->menuBar()->addMenu(Q(d.caption));
       fw.actions[i] = menus[i]->menuAction();
+    } else if (parent < 0) {
+      // A menu title with nothing below it is a command of its own.
+      fw.actions[i] = fw.window->menuBar()->addAction(Q(d.caption));
+      QObject::connect(fw.actions[i], &QAction::triggered, this, [this, id] { User(id, UserAction::Click); });
     } else if (menus.count(parent)) {
       fw.actions[i] = menus[parent]->addAction(Q(d.caption));
       QObject::connect(fw.actions[i], &QAction::triggered, this, [this, id] { User(id, UserAction::Click); });
@@ -793,6 +836,8 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   } else if (auto* option = qobject_cast<QRadioButton*>(w)) {
     option->setText(Q(c.caption));
     option->setChecked(c.optionValue);
+  } else if (auto* dirs = dynamic_cast<DirList*>(w)) {
+    dirs->ShowFolder(QString::fromStdString(program_.HostFile(c.caption)));
   } else if (auto* list = qobject_cast<QListWidget*>(w)) {
     MirrorEntries(list, c.list);
     list->setCurrentRow(c.listIndex);

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace fw {
+
+class Program;
+
+// Compile of the packager's window: makes the game folder from the form's
+// name, parent folder and pictures, every step skipped on error, then the two
+// closing boxes. It compiles nothing: the game is a copy of this program.
+void CompileGame(Program& p);
+
+}  // namespace fw
