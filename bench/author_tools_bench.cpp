@@ -13,6 +13,8 @@
 #include "bindings/headless/headless_services.h"
 #include "editor/quest_check.h"
 #include "editor/quest_explore.h"
+#include "editor/quest_map.h"
+#include "store/program_store.h"
 #include "shell/forms.h"
 #include "forms/program.h"
 
@@ -83,8 +85,40 @@ void BM_Explore(benchmark::State& state) {
   state.counters["states/s"] = benchmark::Counter(static_cast<double>(states), benchmark::Counter::kIsRate);
 }
 
+// The editor's map window: the map laid out and drawn as a PNG, with each
+// page's box for the clicks.
+void BM_MapPicture(benchmark::State& state) {
+  const std::string& path = CheckedQuest(static_cast<int>(state.range(0)));
+  fw::HeadlessPlatform platform;
+  std::string folder = fs::path(path).parent_path().string();
+  fw::Program p(platform.services(), fw::AppInfo{folder, "fablewright", folder, folder}, {});
+  fw::QuestGraph graph = fw::BuildQuestGraph(fw::ReadINIImage(p, path));
+  for (auto _ : state) {
+    fw::MapPicture map;
+    std::string error;
+    if (!fw::RenderQuestMapPicture(graph, "Bench", map, error)) state.SkipWithError(error.c_str());
+    benchmark::DoNotOptimize(map);
+  }
+}
+
+// Its reference: the same map laid out and written as SVG, as `map -o map.svg` does.
+void BM_MapReference_Svg(benchmark::State& state) {
+  const std::string& path = CheckedQuest(static_cast<int>(state.range(0)));
+  fw::HeadlessPlatform platform;
+  std::string folder = fs::path(path).parent_path().string();
+  fw::Program p(platform.services(), fw::AppInfo{folder, "fablewright", folder, folder}, {});
+  fw::QuestGraph graph = fw::BuildQuestGraph(fw::ReadINIImage(p, path));
+  for (auto _ : state) {
+    std::string svg, error;
+    if (!fw::RenderQuestMap(graph, "Bench", "svg", svg, error)) state.SkipWithError(error.c_str());
+    benchmark::DoNotOptimize(svg);
+  }
+}
+
 }  // namespace
 
+BENCHMARK(BM_MapReference_Svg)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MapPicture)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Explore)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckReference_ReadFile)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Check)->Arg(100)->Arg(10000)->Unit(benchmark::kMillisecond);

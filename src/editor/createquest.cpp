@@ -3,6 +3,7 @@
 #include <iterator>
 #include <vector>
 
+#include "editor/author_menu.h"
 #include "editor/editor_state.h"
 #include "editor/page_fields.h"
 #include "forms/program.h"
@@ -46,6 +47,10 @@ constexpr HandlerDecl kHandlers[] = {
     {"mnusave", Event::Click, mnusave_Click},
     {"mnuexit", Event::Click, mnuexit_Click},
     {"mnucompile", Event::Click, mnucompile_Click},
+    {"mnuquestmap", Event::Click, mnuquestmap_Click},
+    {"mnucheckquest", Event::Click, mnucheckquest_Click},
+    {"mnuexplorequest", Event::Click, mnuexplorequest_Click},
+    {"mnutestfrompage", Event::Click, mnutestfrompage_Click},
     {"pg", Event::Click, pg_Click},
     {"Command1", Event::Click, Command1_Click},
     {"Command2", Event::Click, Command2_Click},

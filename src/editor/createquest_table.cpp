@@ -66,6 +66,13 @@ constexpr ControlDecl kControls[] = {
     {.name = "mnusave", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Save A Quest File"},
     {.name = "mnuexit", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Exit"},
     {.name = "mnucompile", .kind = Kind::Menu, .caption = "&Compile"},
+    // The author tools on the working file: src/editor/author_menu.cpp.
+    {.name = "mnuauthortools", .kind = Kind::Menu, .caption = "&Author Tools"},
+    {.name = "mnuquestmap", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "Quest &Map"},
+    {.name = "mnucheckquest", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "&Check the Quest"},
+    {.name = "mnuexplorequest", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "&Explore the Quest"},
+    {.name = "mnutestfrompage", .kind = Kind::Menu, .parent = "mnuauthortools",
+     .caption = "&Test Play from the Selected Page"},
 
     // Dialogs and the timer.
     {.name = "questfile", .kind = Kind::FileDialog, .filter = "*.fbw|*.fbw", .defaultExt = "*.fbw"},

@@ -7,12 +7,12 @@
 
 namespace fw {
 
-void editor::TestPlay(Program& p) {
+void editor::TestPlay(Program& p, std::string_view firstPage) {
   FormSurface& s = p.surface();
   // The game view takes the place of the picture menu.
   PictureBox(s, "FrmGame", "Picture2").SetVisible(false);
   FormHandle(s, "FrmGame").Show();
-  LoadTmpGame(p);
+  LoadTmpGame(p, firstPage);
 }
 
 void createquest::Command13_Click(Program& p) { editor::TestPlay(p); }

@@ -22,6 +22,10 @@ class ControlHandle {
   void SetLeft(float v) const { s_->SetLeft(id_, v); }
   float Top() const { return s_->At(id_).top; }
   void SetTop(float v) const { s_->SetTop(id_, v); }
+  float Width() const { return s_->At(id_).width; }
+  void SetWidth(float v) const { s_->SetWidth(id_, v); }
+  float Height() const { return s_->At(id_).height; }
+  void SetHeight(float v) const { s_->SetHeight(id_, v); }
   void Click() const { s_->Raise(id_, Event::Click); }
 
  protected:
@@ -88,6 +92,9 @@ class ListBox : public ControlHandle {
 class PictureBox : public ControlHandle {
  public:
   FW_HANDLE(PictureBox)
+  // Where the click being answered fell, in twips; -1 when it had no point.
+  float ClickX() const { return c().clickX; }
+  float ClickY() const { return c().clickY; }
   const fw::Picture& Picture() const { return c().picture; }
   void SetPicture(fw::Picture p) const { s_->SetPicture(id_, std::move(p)); }
 };

@@ -260,6 +260,16 @@ void FormSurface::SetTop(ControlId id, float twips) {
   Changed(id, Prop::Top);
 }
 
+void FormSurface::SetWidth(ControlId id, float twips) {
+  At(id).width = twips;
+  Changed(id, Prop::Width);
+}
+
+void FormSurface::SetHeight(ControlId id, float twips) {
+  At(id).height = twips;
+  Changed(id, Prop::Height);
+}
+
 void FormSurface::SetSelStart(ControlId id, int pos) {
   Control& c = At(id);
   c.selStart = std::clamp(pos, 0, static_cast<int>(c.caption.size()));

@@ -48,6 +48,9 @@ struct Control {
   bool ticking = false;                                      // its handler is running
   std::string fileName, fileTitle, initDir;                  // a file dialog's answer
   int playCount = 1, playState = 0, readyState = 0;          // a media player
+  // Where the last click on a picture fell, in twips from its top left
+  // corner; -1 for a click that has no point (a key, a script's plain click).
+  float clickX = -1, clickY = -1;
 };
 
 // The run-time values of one form.
@@ -104,6 +107,8 @@ class FormSurface {
   int FormCount() const { return static_cast<int>(forms_.size()); }
   const FormDecl& Table(int form) const { return *forms_[form].def->table; }
   const ControlDecl& Decl(ControlId id) const;
+  // A form's table and handlers as the program was given them.
+  const FormDef& Def(int form) const { return *forms_[form].def; }
 
   // -- Forms. Touching a form's state loads it first (Form_Load runs once).
   FormState& Form(int form);
@@ -133,6 +138,8 @@ class FormSurface {
   void SetEnabled(ControlId id, bool enabled);  // a timer starts counting anew
   void SetLeft(ControlId id, float twips);
   void SetTop(ControlId id, float twips);
+  void SetWidth(ControlId id, float twips);
+  void SetHeight(ControlId id, float twips);
   void SetSelStart(ControlId id, int pos);
   void SetCheckValue(ControlId id, int value);  // raises Click when it differs
   void SetOptionValue(ControlId id, bool value);  // true clears the form's other options

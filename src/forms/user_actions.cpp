@@ -66,7 +66,10 @@ std::string Act(Program& p, ControlId id, UserAction action, std::string_view te
   if (!why.empty()) return why;
   p.RunEvent([&] {
     switch (action) {
-      case UserAction::Click: s.Raise(id, Event::Click); break;
+      case UserAction::Click:
+        s.At(id).clickX = s.At(id).clickY = -1;
+        s.Raise(id, Event::Click);
+        break;
       case UserAction::Select: s.SetOptionValue(id, true); break;
       case UserAction::Type:
         // A directory list goes to the folder as the user's clicks would take it.
@@ -87,6 +90,22 @@ std::string Act(Program& p, ControlId id, UserAction action, std::string_view te
       case UserAction::Choose: s.SetSelected(id, value, true); break;
       case UserAction::Hover: s.Raise(id, Event::MouseMove); break;
     }
+  });
+  return "";
+}
+
+std::string ClickAt(Program& p, ControlId id, float x, float y) {
+  FormSurface& s = p.surface();
+  Kind kind = s.Decl(id).kind;
+  if (kind != Kind::PictureBox && kind != Kind::Image)
+    return std::string("is a ") + KindName(kind) + ", which does not take a click at a point";
+  if (std::string why = CannotAct(s, id, UserAction::Click); !why.empty()) return why;
+  const Control& c = s.At(id);
+  if (!(x >= 0 && y >= 0 && x < c.width && y < c.height)) return "has no point there";
+  p.RunEvent([&] {
+    s.At(id).clickX = x;
+    s.At(id).clickY = y;
+    s.Raise(id, Event::Click);
   });
   return "";
 }

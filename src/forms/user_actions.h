@@ -36,6 +36,11 @@ std::string_view WithinMaxLength(const ControlDecl& box, std::string_view text);
 // value is out of range.
 std::string Act(Program& p, ControlId id, UserAction action, std::string_view text = {}, int value = 0);
 
+// A click at a point of a picture box or image, in twips from its top left
+// corner, as the mouse gives it; refused as Click is, and when the point lies
+// outside the control.
+std::string ClickAt(Program& p, ControlId id, float x, float y);
+
 // The user closes a form's window: refused ("is not open") unless it is
 // loaded and visible.
 std::string CloseForm(Program& p, int form);

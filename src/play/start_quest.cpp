@@ -42,13 +42,13 @@ void WriteBanner(Program& p, const GameState& g) {
   AppendLine(g, kDashes);
 }
 
-// Page 1 into the transcript and the page fields.
-void EnterFirstPage(Program& p, const GameState& g) {
-  AppendBlock(g, QuestKey(p, g, kFirstPage, "Location"));
-  AppendBlock(g, QuestKey(p, g, kFirstPage, "Page Text"));
-  g.room.SetText(QuestKey(p, g, kFirstPage, "Page Text"));
-  g.pg.SetCaption(std::string(kFirstPage));
-  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(QuestKey(p, g, kFirstPage, KeysOf(n).text));
+// The first page into the transcript and the page fields.
+void EnterFirstPage(Program& p, const GameState& g, const std::string& first) {
+  AppendBlock(g, QuestKey(p, g, first, "Location"));
+  AppendBlock(g, QuestKey(p, g, first, "Page Text"));
+  g.room.SetText(QuestKey(p, g, first, "Page Text"));
+  g.pg.SetCaption(first);
+  for (int n = 1; n <= 4; ++n) g.Option(n).SetCaption(QuestKey(p, g, first, KeysOf(n).text));
   g.score.SetCaption("0");
 }
 
@@ -62,11 +62,11 @@ void ShowTestPage(Program& p, const GameState& g) {
 
 }  // namespace
 
-void StartQuest(Program& p, QuestEntry entry) {
+void StartQuest(Program& p, QuestEntry entry, std::string_view firstPage) {
   GameState g(p);
   if (entry == QuestEntry::PackagedStart || entry == QuestEntry::LoadQuestFile) OpenCharacterPanel(p, g, entry);
   WriteBanner(p, g);
-  EnterFirstPage(p, g);
+  EnterFirstPage(p, g, std::string(firstPage));
   switch (entry) {
     case QuestEntry::PackagedStart: ShowPage(p, PageCaller::PackagedStart); break;
     case QuestEntry::StartImage: ShowPage(p, PageCaller::StartImage); break;
@@ -77,12 +77,12 @@ void StartQuest(Program& p, QuestEntry entry) {
     FormHandle(p.surface(), "FrmGame").SetHeight(kGameHeight);
 }
 
-void LoadTmpGame(Program& p) {
+void LoadTmpGame(Program& p, std::string_view firstPage) {
   GameState g(p);
   FileDialog(p.surface(), "FrmGame", "questfile").SetInitDir(p.AppPath());
   g.questfil.SetCaption("tmpquest.ini");
   g.List1.Clear();
-  StartQuest(p, QuestEntry::TmpGame);
+  StartQuest(p, QuestEntry::TmpGame, firstPage);
 }
 
 void OpenQuestNamed(Program& p, std::string_view path) {

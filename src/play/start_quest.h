@@ -16,11 +16,13 @@ enum class QuestEntry {
 
 // Opens the quest in questfil at page 1: the character panel where the entry
 // has it, the banner and page 1 in the transcript, the page fields, then the
-// page show. A quest that cannot be read shows blank.
-void StartQuest(Program& p, QuestEntry entry);
+// page show. A quest that cannot be read shows blank. The editor's test play
+// may start at another page, as if the quest began there.
+void StartQuest(Program& p, QuestEntry entry, std::string_view firstPage = "1");
 
-// The editor's test play: starts its working file tmpquest.ini.
-void LoadTmpGame(Program& p);
+// The editor's test play: starts its working file tmpquest.ini, at page 1
+// or at the page the author chose.
+void LoadTmpGame(Program& p, std::string_view firstPage = "1");
 
 // Opens the quest at path (Windows-1252) as the Load Quest zone opens one,
 // its file dialog answered with the path: a quest named on the command line.

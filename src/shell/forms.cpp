@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "editor/author_menu.h"
 #include "editor/createquest.h"
 #include "editor/frmbattle.h"
 #include "editor/frmcharcreate.h"
@@ -13,7 +14,9 @@ namespace fw {
 
 std::span<const FormDef> AllForms() {
   static const std::vector<FormDef> forms = {FrmGameForm(), FrmSplashForm(), FrmUpdatesForm(), CreateQuestForm(),
-                                             FrmCompileForm(), FrmBattleForm(), FrmCharCreateForm()};
+                                             FrmCompileForm(), FrmBattleForm(), FrmCharCreateForm(),
+                                             // The editor's author tools.
+                                             FrmQuestMapForm(), FrmFindingsForm(), FrmExploreForm()};
   return forms;
 }
 

@@ -5,6 +5,7 @@
 #include "forms/codepage.h"
 #include "forms/paths.h"
 #include "forms/program.h"
+#include "store/safe_write.h"
 
 namespace fw {
 namespace {
@@ -105,6 +106,11 @@ std::string BackupsFolder(Program& p) { return p.UserDir() + "/" + kBackupsFolde
 
 bool KeepBackup(Program& p, std::string_view path, std::string_view stamp) {
   return StoreOf(p).KeepBackup(StorePath(p, path), BackupsFolder(p), stamp, kBackupsKept);
+}
+
+bool WriteUserFile(Program& p, std::string_view name, std::string_view bytes) {
+  RealStoreDisk disk;
+  return RewriteFile(disk, p.UserDir() + "/" + std::string(name), [&](std::string_view) { return std::string(bytes); });
 }
 
 int TryLockUserFile(Program& p, std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock) {

@@ -44,6 +44,10 @@ bool KeepBackup(Program& p, std::string_view path, std::string_view stamp);
 // The host path of the backups folder.
 std::string BackupsFolder(Program& p);
 
+// Replaces a file of the per-user folder (a picture the program made) with
+// the bytes, whole or not at all; false when it could not be written.
+bool WriteUserFile(Program& p, std::string_view name, std::string_view bytes);
+
 // An exclusive lock on a file of the per-user folder, for as long as `lock`
 // lives: 0, EWOULDBLOCK while another program holds it, or another errno value.
 int TryLockUserFile(Program& p, std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock);

@@ -199,6 +199,16 @@ void ScriptRunner::UserCommand(const Words& w) {
   auto found = kActions.find(cmd);
   if (found == kActions.end()) Error("unknown command '" + cmd + "'");
   auto [action, words] = found->second;
+  if (action == UserAction::Click && w.size() > 2) {
+    ControlId id = ControlOf(w[1]);
+    // click FORM.CONTROL at X Y: a point of a picture, in twips.
+    auto x = w.size() == 5 && w[2] == "at" ? ParseNumber(w[3]) : std::nullopt;
+    auto y = w.size() == 5 && w[2] == "at" ? ParseNumber(w[4]) : std::nullopt;
+    if (!x || !y) Error("expected click FORM.CONTROL [at X Y]");
+    if (std::string why = ClickAt(*program_, id, static_cast<float>(*x), static_cast<float>(*y)); !why.empty())
+      Error(w[1] + " " + why);
+    return;
+  }
   Need(w, words);
   ControlId id = ControlOf(w[1]);
   std::string text;

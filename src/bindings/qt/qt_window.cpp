@@ -21,6 +21,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QPlainTextEdit>
+#include <QScrollArea>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -136,6 +137,8 @@ class Area : public QLabel {
  public:
   using QLabel::QLabel;
   std::function<void()> onClick, onMove;
+  // A click of the mouse, where it fell; onClick when unset.
+  std::function<void(QPointF)> onClickAt;
   // Painted under the text or picture. A style sheet's background would
   // reach the children's palette too and paint a panel's boxes and buttons
   // black on black.
@@ -174,7 +177,9 @@ class Area : public QLabel {
     else QLabel::keyPressEvent(e);
   }
   void mousePressEvent(QMouseEvent* e) override {
-    if (onClick && e->button() == Qt::LeftButton) onClick();
+    if (e->button() != Qt::LeftButton) return;
+    if (onClickAt) onClickAt(e->position());
+    else if (onClick) onClick();
   }
   void mouseMoveEvent(QMouseEvent*) override {
     if (onMove) onMove();
@@ -261,6 +266,24 @@ QString AccessibleName(const ControlDecl& d, const std::string& caption) {
   bool captionIsValue = d.kind == Kind::TextBox || d.kind == Kind::ListBox;
   if (!captionIsValue && !caption.empty()) return Plain(caption);
   return Q(d.toolTip);
+}
+
+// What a container's children are placed in: the inside of a scrolling one.
+QWidget* Inside(QWidget* container) {
+  auto* scroll = qobject_cast<QScrollArea*>(container);
+  return scroll ? scroll->widget() : container;
+}
+
+// A scrolling container's inside reaches as far as its children do, so its
+// scroll bars follow a picture that grows or shrinks.
+void FitInside(QWidget* inside) {
+  QWidget* viewport = inside ? inside->parentWidget() : nullptr;
+  auto* scroll = viewport ? qobject_cast<QScrollArea*>(viewport->parentWidget()) : nullptr;
+  if (!scroll || scroll->widget() != inside) return;
+  QRect reach;
+  for (QObject* child : inside->children())
+    if (auto* w = qobject_cast<QWidget*>(child); w && !w->isHidden()) reach |= w->geometry();
+  inside->setFixedSize(std::max(0, reach.right() + 1), std::max(0, reach.bottom() + 1));
 }
 
 // Whether other controls lie inside this one.
@@ -368,7 +391,7 @@ void QtWindows::Build(int form) {
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
     ControlId id{form, i};
     const Control& c = s.At(id);
-    QWidget* parent = c.parent >= 0 ? fw.widgets[c.parent] : client;
+    QWidget* parent = c.parent >= 0 ? Inside(fw.widgets[c.parent]) : client;
     if (!parent) continue;
     fw.widgets[i] = Make(id, parent);
     if (fw.widgets[i]) fw.widgets[i]->raise();
@@ -403,6 +426,24 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
     case Kind::Label:
     case Kind::PictureBox:
     case Kind::Image: {
+      if (d.kind == Kind::PictureBox && d.look.scrollBar) {
+        // A view on a larger picture: the children scroll inside it.
+        auto* scroll = new QScrollArea(parent);
+        auto* inside = new QWidget;
+        scroll->setWidget(inside);
+        scroll->setWidgetResizable(false);
+        if (QColor fill = BackColor(d.look); fill.isValid()) {
+          // Through the palette: a style sheet would reach the scroll bars too.
+          for (QWidget* back : {scroll->viewport(), inside}) {
+            QPalette palette = back->palette();
+            palette.setColor(QPalette::Window, fill);
+            back->setPalette(palette);
+            back->setAutoFillBackground(true);
+          }
+        }
+        w = scroll;
+        break;
+      }
       auto* area = new Area(parent);
       area->setMouseTracking(true);
       if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
@@ -423,6 +464,15 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
         area->setStyleSheet(Css(look));
       }
       area->onClick = [this, id] { User(id, UserAction::Click); };
+      if (d.kind != Kind::Label)
+        area->onClickAt = [this, id](QPointF at) {
+          // The program sees twips, whatever the window's zoom; the last
+          // pixel's rounding stays inside the control.
+          double twips = 15.0 / forms_[id.form].zoom;
+          const Control& c = program_.surface().At(id);
+          auto within = [](double v, float size) { return static_cast<float>(std::clamp(v, 0.0, std::max(0.0, size - 1.0))); };
+          if (!mirroring_) ClickAt(program_, id, within(at.x() * twips, c.width), within(at.y() * twips, c.height));
+        };
       // Whatever answers a click is a button to the keyboard too.
       if (program_.surface().Answers(id, Event::Click)) area->setFocusPolicy(Qt::TabFocus);
       area->onMove = [this, id] { User(id, UserAction::Hover); };
@@ -737,6 +787,7 @@ void QtWindows::Apply(ControlId id, Caret caret) {
   int form = id.form;
   w->setGeometry(Px(form, c.left), Px(form, c.top), Px(form, c.width), Px(form, c.height));
   w->setVisible(c.visible);
+  FitInside(w->parentWidget());
   w->setEnabled(c.enabled);
   // Set only on a change: each setting tells a listening screen reader, and
   // the timers write some controls many times a second.
