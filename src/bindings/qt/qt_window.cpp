@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -79,7 +80,8 @@ double FittingZoom(const QScreen* screen, QSize client, int menuBar) {
   QSize room = screen->availableGeometry().size() * 0.9;
   double best = kZooms[0];
   for (double zoom : kZooms)
-    if (client.width() * zoom + kFrame <= room.width() && client.height() * zoom + menuBar + kFrame <= room.height())
+    if (client.width() * zoom + kFrame <= room.width() &&
+        (client.height() + menuBar) * zoom + kFrame <= room.height())
       best = zoom;
   return best;
 }
@@ -333,6 +335,7 @@ void QtWindows::Build(int form) {
     if (atDefault) SetZoom(other, fw.fitZoom);
   }
   client->setFont(ZoomedFont(t.look.font, fw.zoom));
+  ZoomChrome(form);
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) Apply({form, i});
@@ -491,6 +494,7 @@ void QtWindows::SetZoom(int form, double zoom) {
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
   it->second.window->centralWidget()->setFont(ZoomedFont(t.look.font, zoom));
+  ZoomChrome(form);
   bool was = mirroring_;
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
@@ -500,6 +504,27 @@ void QtWindows::SetZoom(int form, double zoom) {
   mirroring_ = was;
   ApplyForm(form);
   it->second.window->layout()->activate();  // the window takes its new size now, not at the next event
+}
+
+// The zoom a window carries, for dialogs that open over it.
+constexpr char kZoomProperty[] = "fablewrightZoom";
+
+void QtWindows::ZoomChrome(int form) {
+  FormWidgets& fw = forms_[form];
+  fw.window->setProperty(kZoomProperty, fw.zoom);
+  // Asking a window for its menu bar would make one: a form without menus has none.
+  auto* bar = qobject_cast<QMenuBar*>(fw.window->menuWidget());
+  if (!bar) return;
+  QFont font = ZoomedFont({}, fw.zoom);
+  bar->setFont(font);
+  // Menus open as windows of their own, which take no font from the bar.
+  for (QMenu* menu : bar->findChildren<QMenu*>()) menu->setFont(font);
+}
+
+double QtWindows::ZoomOf(const QWidget* widget) {
+  if (!widget) return 1.0;
+  QVariant zoom = widget->window()->property(kZoomProperty);
+  return zoom.isValid() ? zoom.toDouble() : 1.0;
 }
 
 bool QtWindows::PressZoomKey(int form, const QKeyEvent* e) {
@@ -606,12 +631,29 @@ void QtWindows::FormChanged(int form, Prop) {
   if (forms_.count(form)) ApplyForm(form);
 }
 
+// A form's table gives its client area. A Height the program sets later is
+// the whole window's, as the platform the forms were drawn for measured it:
+// its title bar and borders (405 twips there) and its menu bar included. So
+// a game that hides its menu bar and sets the height it had keeps its
+// client area, with nothing showing below the game screen.
+float QtWindows::ClientHeight(int form) const {
+  constexpr float kTitleAndBorders = 405;
+  FormSurface& s = program_.surface();
+  const FormState& f = s.Form(form);
+  if (f.height == s.Table(form).height) return f.height;
+  float menuBar = 0;
+  const FormWidgets& fw = forms_.at(form);
+  if (QWidget* bar = fw.window->menuWidget(); bar && bar->isVisibleTo(fw.window))
+    menuBar = static_cast<float>(bar->sizeHint().height() * 15.0 / fw.zoom);
+  return std::max(0.0f, f.height - kTitleAndBorders - menuBar);
+}
+
 void QtWindows::ApplyForm(int form) {
   FormSurface& s = program_.surface();
   FormState& f = s.Form(form);
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
-  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, f.height));
+  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, ClientHeight(form)));
   if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
   if (!f.picture.host.empty()) {
     window->centralWidget()->setStyleSheet(
@@ -637,6 +679,16 @@ void QtWindows::Apply(ControlId id, Caret caret) {
     action->setVisible(c.visible);
     action->setEnabled(c.enabled);
     action->setText(Q(c.caption));
+    if (auto* bar = qobject_cast<QMenuBar*>(fw.window->menuWidget())) {
+      // A bar whose menus are all hidden (a packaged game's) takes no room,
+      // so that the window is the form's own size and nothing shows below it.
+      const QList<QAction*> menus = bar->actions();
+      bool any = std::any_of(menus.begin(), menus.end(), [](QAction* a) { return a->isVisible(); });
+      if (bar->isVisibleTo(fw.window) != any) {
+        bar->setVisible(any);
+        ApplyForm(id.form);
+      }
+    }
     return;
   }
   QWidget* w = fw.widgets[id.index];

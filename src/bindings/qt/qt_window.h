@@ -51,6 +51,9 @@ class QtWindows : public QObject, public SurfaceObserver {
   // program never hears of it: it sees twips.
   double Zoom(int form) const;
   void SetZoom(int form, double zoom);
+  // The zoom of the program's window that holds the widget, 1 for none: a
+  // dialog opened over a window takes its zoom.
+  static double ZoomOf(const QWidget* widget);
 
  private:
   struct FormWidgets {
@@ -76,6 +79,11 @@ class QtWindows : public QObject, public SurfaceObserver {
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
+  // The form's client height in twips.
+  float ClientHeight(int form) const;
+  // The window's own parts at its zoom: the menu bar, its menus, and the
+  // zoom noted on the window for the dialogs that open over it.
+  void ZoomChrome(int form);
   // A user's action on a control, unless the window is being set from the surface.
   void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
 
