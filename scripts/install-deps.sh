@@ -18,6 +18,8 @@ packages=(
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2 fonts-dejavu-core
   desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev
+  # The window's start measured on a real X server too (bench/window-start.sh).
+  xvfb xauth
 )
 
 missing=()
