@@ -5,7 +5,7 @@
 # set is read from /proc.
 # Usage: bench/window-memory.sh build/fablewright quests/demo build/demo-media
 set -euo pipefail
-bin=$1 demo=$2 media=$3
+bin=$(realpath "$1") demo=$2 media=$3
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cp -r "$demo"/. "$work"/
