@@ -86,6 +86,13 @@ double FittingZoom(const QScreen* screen, QSize client, int menuBar) {
   return best;
 }
 
+// The height of a menu bar, for a window not made yet.
+int MenuBarHeight() {
+  QMenuBar probe;
+  probe.addMenu("&File");
+  return probe.sizeHint().height();
+}
+
 // A caption without the "&" that marks a menu's key letter.
 QString Plain(const std::string& caption) {
   QString text = Q(caption);
@@ -240,13 +247,19 @@ QtWindows::~QtWindows() {
   for (auto& [form, w] : forms_) delete w.window;
 }
 
+void QtWindows::EnsureBuilt(int form) const {
+  if (pending_.count(form) && program_.surface().IsLoaded(form)) const_cast<QtWindows*>(this)->Build(form);
+}
+
 QWidget* QtWindows::WidgetOf(ControlId id) const {
+  EnsureBuilt(id.form);
   auto it = forms_.find(id.form);
   if (it == forms_.end() || id.index < 0 || id.index >= static_cast<int>(it->second.widgets.size())) return nullptr;
   return it->second.widgets[id.index];
 }
 
 QMainWindow* QtWindows::WindowOf(int form) const {
+  EnsureBuilt(form);
   auto it = forms_.find(form);
   return it == forms_.end() ? nullptr : it->second.window;
 }
@@ -264,9 +277,13 @@ void QtWindows::User(ControlId id, UserAction action, std::string_view text, int
   if (!mirroring_) Act(program_, id, action, text, value);
 }
 
-void QtWindows::FormLoaded(int form) { Build(form); }
+// A form's window is made when it first shows, or when something asks for
+// it: a form that loads hidden (the game window, during the splash) costs
+// the start nothing before the first frame.
+void QtWindows::FormLoaded(int form) { pending_.insert(form); }
 
 void QtWindows::FormUnloaded(int form) {
+  pending_.erase(form);
   auto it = forms_.find(form);
   if (it == forms_.end()) return;
   it->second.window->hide();
@@ -276,6 +293,8 @@ void QtWindows::FormUnloaded(int form) {
 }
 
 void QtWindows::Build(int form) {
+  pending_.erase(form);
+  if (forms_.count(form)) return;
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
   auto* window = new FormWindow;
@@ -327,6 +346,12 @@ void QtWindows::Build(int form) {
   // already keeps its zoom.
   for (const auto& [other, built] : forms_)
     if (other != form) fw.fitZoom = std::min(fw.fitZoom, built.fitZoom);
+  for (int other : pending_) {
+    const FormDecl& o = s.Table(other);
+    bool menus = std::any_of(o.controls.begin(), o.controls.end(), [](const ControlDecl& d) { return d.kind == Kind::Menu; });
+    fw.fitZoom = std::min(fw.fitZoom, FittingZoom(window->screen(), QSize(Px(o.width), Px(o.height)),
+                                                  menus ? MenuBarHeight() : 0));
+  }
   fw.zoom = fw.fitZoom;
   for (auto& [other, built] : forms_) {
     if (other == form || built.window->isVisible() || built.fitZoom <= fw.fitZoom) continue;
@@ -629,6 +654,7 @@ void QtWindows::ShowTyped(ControlId id) {
 
 void QtWindows::FormChanged(int form, Prop) {
   if (forms_.count(form)) ApplyForm(form);
+  else if (pending_.count(form) && program_.surface().Form(form).visible) Build(form);
 }
 
 // A form's table gives its client area. A Height the program sets later is

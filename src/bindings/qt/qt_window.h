@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <map>
+#include <set>
 #include <vector>
 
 #include "forms/surface.h"
@@ -63,6 +64,8 @@ class QtWindows : public QObject, public SurfaceObserver {
     double zoom = 1.0, fitZoom = 1.0;
   };
   void Build(int form);
+  // Builds a loaded form's window that has not been made yet.
+  void EnsureBuilt(int form) const;
   QWidget* Make(ControlId id, QWidget* parent);
   void Connect(ControlId id, QWidget* widget);
   void BuildMenus(int form);
@@ -89,6 +92,7 @@ class QtWindows : public QObject, public SurfaceObserver {
 
   Program& program_;
   std::map<int, FormWidgets> forms_;
+  std::set<int> pending_;        // loaded forms whose windows are not made yet
   std::vector<int> shownOrder_;  // forms, the one shown last at the back
   QCursor hand_;            // drawn once, shown by every control that points
   bool mirroring_ = false;  // the window is being set from the surface: no events back
