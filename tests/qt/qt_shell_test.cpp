@@ -139,9 +139,9 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   EXPECT_TRUE(about->text().endsWith("E-Mail: authors@fablewright.example"));
 }
 
-// A packaged game opens on its own picture menu: New Game where Load Quest
-// was, no authoring zones, an empty menu bar, its title, its background and
-// menu button pictures; New Game goes straight to its first page.
+// A packaged game opens on its first page, under its own title, with an
+// empty menu bar that takes no room; its picture menu holds New Game where
+// Load Quest was, and no authoring zones.
 TEST(QtShell, APackagedGameStartsOnItsOwnPictureMenuAndPage) {
   Desktop d;
   std::filesystem::copy(FABLEWRIGHT_SOURCE_DIR "/tests/fixtures/packaged", d.t.dir.path,
@@ -158,15 +158,23 @@ TEST(QtShell, APackagedGameStartsOnItsOwnPictureMenuAndPage) {
   EXPECT_TRUE(s.At(s.Id("FrmGame", "Image11")).visible);
   // The empty menu bar takes no room: the window is the form's client area.
   EXPECT_EQ(window->centralWidget()->geometry(), QRect(0, 0, d.windows.Px(game, 8385), d.windows.Px(game, 6195)));
-  EXPECT_FALSE(d.Widget("Image1")->isVisible());
-  EXPECT_FALSE(d.Widget("Image8")->isVisible());
   for (QAction* menu : window->menuBar()->actions()) EXPECT_FALSE(menu->isVisible()) << menu->text().toStdString();
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-start");
 
-  QTest::mouseClick(d.Widget("Image11"), Qt::LeftButton);
+  // Made, the character leaves the first page; Image4 leads to the picture
+  // menu, where New Game stands in place of Load Quest.
   d.Pass(0.05);
-  EXPECT_FALSE(d.Widget("Picture2")->isVisible());
+  QTest::mouseClick(d.Widget("Command9"), Qt::LeftButton);
+  ASSERT_FALSE(d.Widget("CharCreate")->isVisible());
+  d.Pass(0.05);
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-page");
+  QTest::mouseClick(d.Widget("Image4"), Qt::LeftButton);
+  ASSERT_TRUE(d.Widget("Picture2")->isVisible());
+  EXPECT_TRUE(d.Widget("Image11")->isVisible());
+  EXPECT_FALSE(d.Widget("Image1")->isVisible());
+  EXPECT_FALSE(d.Widget("Image8")->isVisible());
+  EXPECT_FALSE(d.Widget("Label15")->isVisible());
+  testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-picture-menu");
 }
 
 }  // namespace

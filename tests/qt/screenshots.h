@@ -51,13 +51,15 @@ inline bool UnderAPanel(FormSurface& s, ControlId id) {
   return false;
 }
 
-// Whether a shown control of this kind and these values puts ink on the
-// screen: a transparent hot zone without a picture and an empty label do not.
+// Whether a shown control of this kind and these values surely puts ink on
+// the screen: a transparent hot zone and an empty label do not, and a
+// picture from a quest's file may match what lies under it (a packaged
+// game's page picture can be its background).
 inline bool Draws(const Control& c) {
   switch (c.decl->kind) {
     case Kind::Label: return !c.caption.empty() && c.caption.find_first_not_of(' ') != std::string::npos;
-    case Kind::Image: return !c.picture.path.empty() || c.decl->look.art;
-    case Kind::PictureBox:
+    case Kind::Image: return c.picture.path.empty() && c.decl->look.art;
+    case Kind::PictureBox: return c.picture.path.empty();
     case Kind::TextBox:
     case Kind::CommandButton:
     case Kind::CheckBox:

@@ -379,6 +379,8 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       area->setMouseTracking(true);
       if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
       if (d.look.handCursor) area->setCursor(hand_);
+      // A label's drawing lies under its text, which keeps its own look.
+      if (d.look.art && d.kind == Kind::Label) area->art = d.look.art;
       if (d.look.art && d.kind != Kind::Label) {
         area->art = d.look.art;
       } else if (d.look.transparent && d.kind == Kind::Image) {
