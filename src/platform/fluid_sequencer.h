@@ -1,5 +1,6 @@
 #pragma once
 #include <map>
+#include <memory>
 #include <string>
 
 #include "forms/services.h"
@@ -11,6 +12,8 @@ typedef struct _fluid_audio_driver_t fluid_audio_driver_t;
 typedef struct _fluid_player_t fluid_player_t;
 
 namespace fw {
+
+struct FluidApi;
 
 // The General MIDI soundfont to play with: $FABLEWRIGHT_SOUNDFONT, else the
 // first of Debian's that is installed; "" when there is none.
@@ -45,6 +48,7 @@ class FluidSequencer : public Sequencer {
   bool withAudio_;
   std::string soundfont_;
   bool synthFailed_ = false;
+  std::unique_ptr<FluidApi> fluid_;  // FluidSynth's functions, once loaded
   fluid_settings_t* settings_ = nullptr;
   fluid_synth_t* synth_ = nullptr;
   fluid_audio_driver_t* driver_ = nullptr;
