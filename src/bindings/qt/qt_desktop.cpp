@@ -214,14 +214,20 @@ int RunDesktopWindows(const ProgramMaker& make, const Opening& opening) {
   WakingObserver observer(*windows, [&] { loop.Poke(); });
   program.surface().SetObserver(&observer);
   program.SetWake([&] { QMetaObject::invokeMethod(&loop, [&] { loop.Poke(); }, Qt::QueuedConnection); });
+  // The loop and its observer go before the program, which may outlive them.
+  struct Detach {
+    Program& p;
+    QtWindows* windows;
+    ~Detach() {
+      p.SetWake({});
+      p.surface().SetObserver(windows);
+    }
+  } detach{program, windows.get()};
   loop.Poke();
   program.Start();
   if (opening && !program.Over()) program.RunEvent([&] { opening(program); });
   if (program.Over()) return 0;
-  int code = QApplication::exec();
-  program.SetWake({});
-  program.surface().SetObserver(windows.get());
-  return code;
+  return QApplication::exec();
 }
 
 }  // namespace fw
