@@ -22,6 +22,8 @@ packages=(
   patchelf
   # bench/startup.sh times whole starts of the program side by side.
   hyperfine
+  # The window's start measured on a real X server too (bench/window-start.sh).
+  xvfb xauth
 )
 
 missing=()

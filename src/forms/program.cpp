@@ -64,6 +64,7 @@ void Program::Start() {
 
 void Program::End() {
   ended_ = true;
+  if (wake_) wake_();
   throw EndSignal{};
 }
 
@@ -130,10 +131,21 @@ void Program::PostFromAnyThread(std::function<void(Program&)> callback) {
     std::lock_guard<std::mutex> lock(inboxMutex_);
     inbox_.push_back(std::move(callback));
   }
+  if (wake_) wake_();
 }
 
 double Program::NextDue() const {
   double next = surface_.NextTimerDue();
+  for (const Posted& p : posted_) next = std::min(next, p.due);
+  return next;
+}
+
+double Program::NextWake() {
+  {
+    std::lock_guard<std::mutex> lock(inboxMutex_);
+    if (!inbox_.empty()) return -std::numeric_limits<double>::infinity();
+  }
+  double next = surface_.NextUnsettledTimerDue();
   for (const Posted& p : posted_) next = std::min(next, p.due);
   return next;
 }

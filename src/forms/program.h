@@ -110,6 +110,15 @@ class Program {
   // The same from another thread (an audio engine's), to run at once.
   void PostFromAnyThread(std::function<void(Program&)> callback);
   double NextDue() const;
+  // When an event loop that sleeps must next run RunDue: the next posted
+  // event, or the next tick of a timer that may still change something
+  // (minus infinity while another thread's post waits). Infinity when the
+  // program is idle until the user or a wake does something.
+  double NextWake();
+  // Called when a sleeping event loop must look again: another thread
+  // posted (called on that thread), or End ran. It must be safe to call
+  // from any thread.
+  void SetWake(std::function<void()> wake) { wake_ = std::move(wake); }
   // Runs every timer tick and posted event that is due now, earliest first.
   void RunDue();
 
@@ -155,6 +164,7 @@ class Program {
   std::vector<Posted> posted_;
   std::mutex inboxMutex_;
   std::vector<std::function<void(Program&)>> inbox_;
+  std::function<void()> wake_;
   long postSeq_ = 0;
   bool started_ = false;
   bool ended_ = false;

@@ -109,6 +109,7 @@ void FormSurface::Load(int form) {
     Control& c = f.controls[t];
     if (c.enabled && c.decl->interval > 0) c.nextDue = now + c.decl->interval / 1000.0;
   }
+  ++changes_;
   observer_->FormLoaded(form);
   RaiseForm(form, Event::Load);
 }
@@ -150,6 +151,7 @@ bool FormSurface::Unload(int form, bool /*byUser*/) {
   f.visible = false;
   f.controls.clear();
   f.timers.clear();
+  ++changes_;
   observer_->FormUnloaded(form);
   return true;
 }
@@ -216,9 +218,15 @@ std::string FormSurface::Unreachable(ControlId id) {
   return "";
 }
 
-void FormSurface::Changed(ControlId id, Prop prop) { observer_->ControlChanged(id, prop); }
+void FormSurface::Changed(ControlId id, Prop prop) {
+  ++changes_;
+  observer_->ControlChanged(id, prop);
+}
 
-void FormSurface::FormChanged(int form, Prop prop) { observer_->FormChanged(form, prop); }
+void FormSurface::FormChanged(int form, Prop prop) {
+  ++changes_;
+  observer_->FormChanged(form, prop);
+}
 
 void FormSurface::SetCaption(ControlId id, std::string_view text) {
   At(id).caption = text;
@@ -243,8 +251,10 @@ void FormSurface::SetVisible(ControlId id, bool visible) {
 
 void FormSurface::SetEnabled(ControlId id, bool enabled) {
   Control& c = At(id);
-  if (c.decl->kind == Kind::Timer && enabled && !c.enabled && c.decl->interval > 0)
+  if (c.decl->kind == Kind::Timer && enabled && !c.enabled && c.decl->interval > 0) {
     c.nextDue = program_.Now() + c.decl->interval / 1000.0;
+    c.settledAt = -1;
+  }
   if (c.enabled == enabled) return;
   c.enabled = enabled;
   Changed(id, Prop::Enabled);
@@ -453,13 +463,30 @@ bool FormSurface::FireDueTimer(double now) {
   struct Reset {
     FormSurface* s;
     ControlId id;
+    long before;
     ~Reset() {
       FormState& f = s->forms_[id.form];
-      if (f.loaded && id.index < static_cast<int>(f.controls.size())) f.controls[id.index].ticking = false;
+      if (!f.loaded || id.index >= static_cast<int>(f.controls.size())) return;
+      Control& c = f.controls[id.index];
+      c.ticking = false;
+      c.settledAt = s->changes_ == before ? before : -1;
     }
-  } reset{this, id};
+  } reset{this, id, changes_};
   Raise(id, Event::Timer);
   return true;
+}
+
+double FormSurface::NextUnsettledTimerDue() const {
+  double next = std::numeric_limits<double>::infinity();
+  for (const FormState& f : forms_) {
+    if (!f.loaded) continue;
+    for (int t : f.timers) {
+      const Control& c = f.controls[t];
+      if (c.enabled && !c.ticking && c.decl->interval > 0 && c.settledAt != changes_)
+        next = std::min(next, c.nextDue);
+    }
+  }
+  return next;
 }
 
 }  // namespace fw

@@ -46,6 +46,7 @@ struct Control {
   int selStart = 0;
   double nextDue = std::numeric_limits<double>::infinity();  // a timer's next tick
   bool ticking = false;                                      // its handler is running
+  long settledAt = -1;  // the surface's change count after a tick of this timer that changed nothing
   std::string fileName, fileTitle, initDir;                  // a file dialog's answer
   int playCount = 1, playState = 0, readyState = 0;          // a media player
   // Where the last click on a picture fell, in twips from its top left
@@ -176,6 +177,13 @@ class FormSurface {
   double NextTimerDue() const;
   // Fires the earliest timer due at or before now; false when none is.
   bool FireDueTimer(double now);
+  // The next tick of a timer that may still change something. A timer's
+  // handler reads only the surface, so once a tick has changed nothing and
+  // nothing has changed since, its next tick would change nothing either:
+  // an event loop may sleep through it. Infinity when every timer is settled.
+  double NextUnsettledTimerDue() const;
+  // Counts every change of a value, a form loaded or unloaded.
+  long Changes() const { return changes_; }
 
   void SetObserver(SurfaceObserver* observer) { observer_ = observer; }
   Program& program() { return program_; }
@@ -191,6 +199,7 @@ class FormSurface {
   std::vector<FormState> forms_;
   std::unordered_map<std::string, int> formByName_;
   SurfaceObserver* observer_ = nullptr;
+  long changes_ = 0;
   static SurfaceObserver nullObserver_;
 };
 

@@ -27,6 +27,10 @@ constexpr Look Panel(const char* art) { return Look{.backColor = kBlack, .art = 
 constexpr Look kHotZone{.transparent = true, .handCursor = true};
 constexpr Look kMenuLink{.foreColor = kCyanTone, .transparent = true,
                          .font = {nullptr, 14.25f, false}, .handCursor = true};
+// The auto-update link on a slate of its own, which goes with it where a
+// packaged game hides it.
+constexpr Look kUpdateLink{.foreColor = kCyanTone, .transparent = true,
+                           .font = {nullptr, 14.25f, false}, .handCursor = true, .art = "slate.png"};
 constexpr Look kBattleLabel{.foreColor = kWhite, .transparent = true, .font = kVerdana};
 constexpr Look kCharLabel{.foreColor = kWhite, .transparent = true, .font = kTimesBold};
 constexpr Look kCharText{.font = kTimesBold, .readOnly = true};
@@ -118,7 +122,7 @@ constexpr ControlDecl kControls[] = {
     {.name = "Label14", .kind = Kind::Label, .parent = "Picture2", .left = 0, .top = 5640, .width = 3735, .height = 495,
      .caption = kWebAddress, .look = kMenuLink},
     {.name = "Label15", .kind = Kind::Label, .parent = "Picture2", .left = 0, .top = 0, .width = 1815, .height = 495,
-     .caption = "Auto Update", .look = kMenuLink},
+     .caption = "Auto Update", .look = kUpdateLink},
 
     // The battle panel.
     {.name = "BattleBox", .kind = Kind::PictureBox, .width = 8415, .height = 6255, .visible = false, .look = Panel("battlebox.png"), .toolTip = "Battle"},

@@ -8,10 +8,12 @@
 #include <QResizeEvent>
 #include <QLabel>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QTest>
 
+#include <filesystem>
 #include <fstream>
 
 #include "bindings/qt/qt_desktop.h"
@@ -52,7 +54,7 @@ TEST(QtShell, HoverCaptionsFollowTheMouseAndClearOverTheBarePicture) {
   QWidget* quill = d.Widget("Image8");
   QTest::mouseMove(quill, quill->rect().center());
   EXPECT_EQ(caption->text(), "Create A Quest");
-  testing::SaveScreenshot(game, "picture-menu");
+  testing::SaveCheckedScreenshot(d.windows, d.t.surface(), d.t.surface().FindForm("FrmGame"), "picture-menu");
   // Between the zones, on the picture itself.
   QTest::mouseMove(menu, d.At(1500, 3500));
   EXPECT_EQ(caption->text(), "");
@@ -108,7 +110,7 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   d.t.program.Post(d.t.now() + 1, [&](Program&) {
     QMainWindow* splash = d.Window("FrmSplash");
     splashSeen = splash && splash->isVisible();
-    if (splash) testing::SaveScreenshot(splash, "splash");
+    if (splash) testing::SaveCheckedScreenshot(d.windows, d.t.surface(), d.t.surface().FindForm("FrmSplash"), "splash");
   });
   d.t.program.Start();
   EXPECT_TRUE(splashSeen);
@@ -118,7 +120,7 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   for (int tick = 0; tick < 160; ++tick) d.Pass(0.025);
   ASSERT_TRUE(d.Widget("credits")->isVisible());
   EXPECT_EQ(d.Widget("Image3")->y(), QtWindows::Px(6120 - 25 * 160));
-  testing::SaveScreenshot(d.Window("FrmGame"), "credits");
+  testing::SaveCheckedScreenshot(d.windows, d.t.surface(), d.t.surface().FindForm("FrmGame"), "credits");
 
   d.t.program.RunEvent([&] { d.t.surface().Raise(d.t.surface().Id("FrmGame", "mnunew"), Event::Click); });
   QMainWindow* updates = d.Window("FrmUpdates");
@@ -128,13 +130,51 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   auto* text = updates->findChild<QPlainTextEdit*>("Text1");
   ASSERT_NE(text, nullptr);
   EXPECT_TRUE(text->toPlainText().startsWith("Version 5.9\n4-27-04\n"));
-  testing::SaveScreenshot(updates, "whats-new");
+  testing::SaveCheckedScreenshot(d.windows, d.t.surface(), d.t.surface().FindForm("FrmUpdates"), "whats-new");
 
   std::unique_ptr<QMessageBox> about = MakeMessageBox(AboutText(), 64, "About:");
   about->show();
   QTest::qWait(20);
   testing::SaveScreenshot(about.get(), "about");
   EXPECT_TRUE(about->text().endsWith("E-Mail: authors@fablewright.example"));
+}
+
+// A packaged game opens on its first page, under its own title, with an
+// empty menu bar that takes no room; its picture menu holds New Game where
+// Load Quest was, and no authoring zones.
+TEST(QtShell, APackagedGameStartsOnItsOwnPictureMenuAndPage) {
+  Desktop d;
+  std::filesystem::copy(FABLEWRIGHT_SOURCE_DIR "/tests/fixtures/packaged", d.t.dir.path,
+                        std::filesystem::copy_options::recursive);
+  d.t.program.Start();
+  FormSurface& s = d.t.surface();
+  int game = s.FindForm("FrmGame");
+  QMainWindow* window = d.Window("FrmGame");
+  EXPECT_EQ(window->windowTitle(), "Crypt");
+  ASSERT_TRUE(window->isVisible());
+  // The packaged start goes straight to the first page: the picture menu
+  // with its New Game waits under Image4.
+  EXPECT_FALSE(d.Widget("Picture2")->isVisible());
+  EXPECT_TRUE(s.At(s.Id("FrmGame", "Image11")).visible);
+  // The empty menu bar takes no room: the window is the form's client area.
+  EXPECT_EQ(window->centralWidget()->geometry(), QRect(0, 0, d.windows.Px(game, 8385), d.windows.Px(game, 6195)));
+  for (QAction* menu : window->menuBar()->actions()) EXPECT_FALSE(menu->isVisible()) << menu->text().toStdString();
+  testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-start");
+
+  // Made, the character leaves the first page; Image4 leads to the picture
+  // menu, where New Game stands in place of Load Quest.
+  d.Pass(0.05);
+  QTest::mouseClick(d.Widget("Command9"), Qt::LeftButton);
+  ASSERT_FALSE(d.Widget("CharCreate")->isVisible());
+  d.Pass(0.05);
+  testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-page");
+  QTest::mouseClick(d.Widget("Image4"), Qt::LeftButton);
+  ASSERT_TRUE(d.Widget("Picture2")->isVisible());
+  EXPECT_TRUE(d.Widget("Image11")->isVisible());
+  EXPECT_FALSE(d.Widget("Image1")->isVisible());
+  EXPECT_FALSE(d.Widget("Image8")->isVisible());
+  EXPECT_FALSE(d.Widget("Label15")->isVisible());
+  testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-picture-menu");
 }
 
 }  // namespace

@@ -38,8 +38,8 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(window->centralWidget()->width(), QtWindows::Px(8385));
   EXPECT_EQ(window->menuBar()->actions().size(), 3);
 
-  testing::SaveScreenshot(window, "picture-menu-bare");
   FormSurface& s = t.surface();
+  testing::SaveCheckedScreenshot(windows, s, game, "picture-menu-bare");
   t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
   QWidget* load = windows.WidgetOf(s.Id("FrmGame", "Image1"));
   QTest::mouseClick(load, Qt::LeftButton);
@@ -50,7 +50,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_TRUE(transcript->toPlainText().contains(QString::fromUtf8("Caf\xC3\xA9 quest\n")));
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "Picture2"))->isVisible() &&
                s.At(s.Id("FrmGame", "Picture2")).visible);
-  testing::SaveScreenshot(window, "page");
+  testing::SaveCheckedScreenshot(windows, s, game, "page");
 
   auto* option = qobject_cast<QRadioButton*>(windows.WidgetOf(s.Id("FrmGame", "Option1")));
   ASSERT_NE(option, nullptr);
@@ -61,7 +61,11 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "2");
   EXPECT_TRUE(transcript->toPlainText().endsWith("Done."));
 
-  testing::SaveScreenshot(window, "page-without-options");
+  // Timer1 takes away the options without captions at its next tick.
+  t.platform.clock.Set(t.now() + 0.05);
+  t.program.RunDue();
+  EXPECT_FALSE(option->isVisible());
+  testing::SaveCheckedScreenshot(windows, s, game, "page-without-options");
 }
 
 // The character panel, a fight and the inventory through the window's own
@@ -78,7 +82,7 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   t.surface().SetObserver(&windows);
   t.program.Start();
   FormSurface& s = t.surface();
-  QMainWindow* window = windows.WindowOf(s.FindForm("FrmGame"));
+  int game = s.FindForm("FrmGame");
   auto click = [&](const char* name) { QTest::mouseClick(windows.WidgetOf(s.Id("FrmGame", name)), Qt::LeftButton); };
   auto pass = [&](double seconds) {
     t.platform.clock.Set(t.now() + seconds);
@@ -89,7 +93,7 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   click("Image1");
   pass(0.01);
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "Command9"))->isEnabled());
-  testing::SaveScreenshot(window, "character");
+  testing::SaveCheckedScreenshot(windows, s, game, "character");
   click("Command9");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "CharCreate"))->isVisible());
 
@@ -98,14 +102,14 @@ TEST(QtWindows, CharacterPanelBattleAndInventory) {
   QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(6, option->height() / 2));
   click("Picture1");
   ASSERT_TRUE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
-  testing::SaveScreenshot(window, "battle");
+  testing::SaveCheckedScreenshot(windows, s, game, "battle");
   for (int round = 0; round < 20 && s.At(s.Id("FrmGame", "BattleBox")).visible; ++round) click("Picture7");
   EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "3");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "BattleBox"))->isVisible());
 
   click("Picture3");
   EXPECT_TRUE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
-  testing::SaveScreenshot(window, "inventory");
+  testing::SaveCheckedScreenshot(windows, s, game, "inventory");
   click("Picture6");
   EXPECT_FALSE(windows.WidgetOf(s.Id("FrmGame", "InvBox"))->isVisible());
 }

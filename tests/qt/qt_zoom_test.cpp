@@ -2,14 +2,20 @@
 // fonts and pictures with it, and the program still in twips.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
 
 #include <fstream>
+#include <functional>
 
+#include "bindings/qt/qt_desktop.h"
 #include "bindings/qt/qt_window.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -75,7 +81,7 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   EXPECT_DOUBLE_EQ(text->font().pointSizeF(), 2 * points);
   EXPECT_EQ(g.Window()->width(), At(2.0, 8385));
   EXPECT_EQ(g.Window()->size(), g.Window()->maximumSize()) << "the window keeps its size";
-  testing::SaveScreenshot(g.Window(), "page-at-200");
+  testing::SaveCheckedScreenshot(g.windows, g.t.surface(), g.form, "page-at-200");
 
   // A press moves the button by its 50 twips at the zoom; the program keeps
   // twips.
@@ -92,12 +98,68 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   QTest::keyClick(g.Window(), Qt::Key_Escape);
   ASSERT_TRUE(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Picture2"))->isVisible());
   g.ExpectEveryControlAt(2.0);
-  testing::SaveScreenshot(g.Window(), "picture-menu-at-200");
+  testing::SaveCheckedScreenshot(g.windows, g.t.surface(), g.form, "picture-menu-at-200");
 
   g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
   EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
   g.Key(Qt::Key_0);
   EXPECT_EQ(g.windows.Zoom(g.form), start);
+}
+
+// What a dialog looked like when it opened.
+struct Opened {
+  qreal points = 0;
+  QSize size;
+  QWidget* parent = nullptr;
+};
+
+// The menu bar, its menus and the dialogs over the window grow with it: at
+// 200% their text is twice the size it is at 100%, and so are they, about.
+TEST(QtZoom, TheMenuBarAndTheDialogsOverTheWindowGrowWithIt) {
+  ZoomedGame g;
+  QtDialogs dialogs([&]() -> QWidget* { return g.windows.ActiveWindow(); });
+  QMainWindow* window = g.Window();
+  auto look = [&](const std::function<void()>& open) {
+    Opened seen;
+    QTimer::singleShot(0, [&seen] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (!dialog) return;
+      seen = {dialog->font().pointSizeF(), dialog->size(), dialog->parentWidget()};
+      QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    open();
+    return seen;
+  };
+  auto box = [&] { dialogs.MsgBox("Are you sure? This will end the current game without saving!", 4, "WARNING!!!!"); };
+  FileDialogRequest request{.form = "FrmGame", .dialog = "file", .save = false, .filter = "*.sav|*.sav",
+                            .defaultExt = "*.sav", .initDir = g.t.dir.str(), .fileName = ""};
+  auto file = [&] { dialogs.FileDialog(request); };
+
+  g.windows.SetZoom(g.form, 1.0);
+  qreal barPoints = window->menuBar()->font().pointSizeF();
+  int barHeight = window->menuBar()->sizeHint().height();
+  Opened box1 = look(box), file1 = look(file);
+  ASSERT_GT(box1.points, 0);
+  ASSERT_GT(file1.points, 0);
+
+  g.windows.SetZoom(g.form, 2.0);
+  EXPECT_DOUBLE_EQ(window->menuBar()->font().pointSizeF(), 2 * barPoints);
+  EXPECT_GE(window->menuBar()->sizeHint().height(), barHeight * 1.6);
+  for (QAction* menu : window->menuBar()->actions())
+    EXPECT_DOUBLE_EQ(menu->menu()->font().pointSizeF(), 2 * barPoints) << menu->text().toStdString();
+  g.ExpectEveryControlAt(2.0);
+  Opened box2 = look(box), file2 = look(file);
+  EXPECT_EQ(box2.parent, window);
+  EXPECT_DOUBLE_EQ(box2.points, 2 * box1.points);
+  // A box is no wider than its screen allows, so its text may wrap to
+  // more lines instead.
+  EXPECT_GE(box2.size.width(), box1.size.width());
+  EXPECT_GE(box2.size.height(), box1.size.height() * 1.6);
+  EXPECT_DOUBLE_EQ(file2.points, 2 * file1.points);
+  // A file dialog grows too, within its screen.
+  EXPECT_GT(file2.size.width(), file1.size.width());
+  EXPECT_GT(file2.size.height(), file1.size.height());
+  EXPECT_LE(file2.size.width(), window->screen()->availableGeometry().width());
 }
 
 // Any form zooms alike, built from its table: here the quest editor.

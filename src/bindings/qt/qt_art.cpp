@@ -3,8 +3,12 @@
 #include <QFile>
 #include <QFont>
 #include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
+
+#include <algorithm>
+#include <map>
 
 namespace fw {
 
@@ -38,16 +42,42 @@ QPixmap RenderArt(const char* artName, QSize size, qreal devicePixelRatio) {
   return Render(ArtPath(artName), size, devicePixelRatio);
 }
 
-QIcon AppIcon() {
-  QIcon icon;
-  // The small sizes have a drawing of their own: the large one's fine lines
-  // would blur into a smudge at 16 and 24 pixels.
-  for (int side : {16, 22, 24, 32, 48, 64, 128, 256}) {
-    const char* name = side < 32 ? "fablewright-small" : "fablewright";
-    icon.addPixmap(Render(ArtPath(name), QSize(side, side), 1));
+namespace {
+
+// The icon's sizes, each drawn the first time something asks for it: a
+// window shown offscreen asks for none, and the start does not wait on
+// drawings nobody sees.
+class ArtIconEngine : public QIconEngine {
+ public:
+  QIconEngine* clone() const override { return new ArtIconEngine(*this); }
+  QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+    QList<QSize> sizes;
+    for (int side : kSides) sizes << QSize(side, side);
+    return sizes;
   }
-  return icon;
-}
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    return scaledPixmap(size, mode, state, 1.0);
+  }
+  QPixmap scaledPixmap(const QSize& size, QIcon::Mode, QIcon::State, qreal scale) override {
+    int side = std::max(1, static_cast<int>(std::min(size.width(), size.height()) * scale + 0.5));
+    QPixmap& drawn = drawn_[side];
+    // The small sizes have a drawing of their own: the large one's fine
+    // lines would blur into a smudge at 16 and 24 pixels.
+    if (drawn.isNull()) drawn = Render(ArtPath(side < 32 ? "fablewright-small" : "fablewright"), QSize(side, side), 1);
+    return drawn;
+  }
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    painter->drawPixmap(rect, pixmap(rect.size(), mode, state));
+  }
+
+ private:
+  static constexpr int kSides[] = {16, 22, 24, 32, 48, 64, 128, 256};
+  std::map<int, QPixmap> drawn_;
+};
+
+}  // namespace
+
+QIcon AppIcon() { return QIcon(new ArtIconEngine); }
 
 QCursor HandCursor() {
   qreal ratio = qGuiApp ? qGuiApp->devicePixelRatio() : 1;

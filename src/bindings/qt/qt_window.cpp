@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -84,9 +85,17 @@ double FittingZoom(const QScreen* screen, QSize client, int menuBar) {
   QSize room = screen->availableGeometry().size() * 0.9;
   double best = kZooms[0];
   for (double zoom : kZooms)
-    if (client.width() * zoom + kFrame <= room.width() && client.height() * zoom + menuBar + kFrame <= room.height())
+    if (client.width() * zoom + kFrame <= room.width() &&
+        (client.height() + menuBar) * zoom + kFrame <= room.height())
       best = zoom;
   return best;
+}
+
+// The height of a menu bar, for a window not made yet.
+int MenuBarHeight() {
+  QMenuBar probe;
+  probe.addMenu("&File");
+  return probe.sizeHint().height();
 }
 
 // A caption without the "&" that marks a menu's key letter.
@@ -317,13 +326,19 @@ QtWindows::~QtWindows() {
   for (auto& [form, w] : forms_) delete w.window;
 }
 
+void QtWindows::EnsureBuilt(int form) const {
+  if (pending_.count(form) && program_.surface().IsLoaded(form)) const_cast<QtWindows*>(this)->Build(form);
+}
+
 QWidget* QtWindows::WidgetOf(ControlId id) const {
+  EnsureBuilt(id.form);
   auto it = forms_.find(id.form);
   if (it == forms_.end() || id.index < 0 || id.index >= static_cast<int>(it->second.widgets.size())) return nullptr;
   return it->second.widgets[id.index];
 }
 
 QMainWindow* QtWindows::WindowOf(int form) const {
+  EnsureBuilt(form);
   auto it = forms_.find(form);
   return it == forms_.end() ? nullptr : it->second.window;
 }
@@ -341,9 +356,13 @@ void QtWindows::User(ControlId id, UserAction action, std::string_view text, int
   if (!mirroring_) Act(program_, id, action, text, value);
 }
 
-void QtWindows::FormLoaded(int form) { Build(form); }
+// A form's window is made when it first shows, or when something asks for
+// it: a form that loads hidden (the game window, during the splash) costs
+// the start nothing before the first frame.
+void QtWindows::FormLoaded(int form) { pending_.insert(form); }
 
 void QtWindows::FormUnloaded(int form) {
+  pending_.erase(form);
   auto it = forms_.find(form);
   if (it == forms_.end()) return;
   it->second.window->hide();
@@ -353,6 +372,8 @@ void QtWindows::FormUnloaded(int form) {
 }
 
 void QtWindows::Build(int form) {
+  pending_.erase(form);
+  if (forms_.count(form)) return;
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
   auto* window = new FormWindow;
@@ -404,6 +425,12 @@ void QtWindows::Build(int form) {
   // already keeps its zoom.
   for (const auto& [other, built] : forms_)
     if (other != form) fw.fitZoom = std::min(fw.fitZoom, built.fitZoom);
+  for (int other : pending_) {
+    const FormDecl& o = s.Table(other);
+    bool menus = std::any_of(o.controls.begin(), o.controls.end(), [](const ControlDecl& d) { return d.kind == Kind::Menu; });
+    fw.fitZoom = std::min(fw.fitZoom, FittingZoom(window->screen(), QSize(Px(o.width), Px(o.height)),
+                                                  menus ? MenuBarHeight() : 0));
+  }
   fw.zoom = fw.fitZoom;
   for (auto& [other, built] : forms_) {
     if (other == form || built.window->isVisible() || built.fitZoom <= fw.fitZoom) continue;
@@ -412,6 +439,7 @@ void QtWindows::Build(int form) {
     if (atDefault) SetZoom(other, fw.fitZoom);
   }
   client->setFont(ZoomedFont(t.look.font, fw.zoom));
+  ZoomChrome(form);
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) Apply({form, i});
@@ -448,6 +476,8 @@ QWidget* QtWindows::Make(ControlId id, QWidget* parent) {
       area->setMouseTracking(true);
       if (d.kind == Kind::Label) area->setWordWrap(HoldsTwoLines(d));
       if (d.look.handCursor) area->setCursor(hand_);
+      // A label's drawing lies under its text, which keeps its own look.
+      if (d.look.art && d.kind == Kind::Label) area->art = d.look.art;
       if (d.look.art && d.kind != Kind::Label) {
         area->art = d.look.art;
       } else if (d.look.transparent && d.kind == Kind::Image) {
@@ -620,6 +650,7 @@ void QtWindows::SetZoom(int form, double zoom) {
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
   it->second.window->centralWidget()->setFont(ZoomedFont(t.look.font, zoom));
+  ZoomChrome(form);
   bool was = mirroring_;
   mirroring_ = true;
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) {
@@ -629,6 +660,27 @@ void QtWindows::SetZoom(int form, double zoom) {
   mirroring_ = was;
   ApplyForm(form);
   it->second.window->layout()->activate();  // the window takes its new size now, not at the next event
+}
+
+// The zoom a window carries, for dialogs that open over it.
+constexpr char kZoomProperty[] = "fablewrightZoom";
+
+void QtWindows::ZoomChrome(int form) {
+  FormWidgets& fw = forms_[form];
+  fw.window->setProperty(kZoomProperty, fw.zoom);
+  // Asking a window for its menu bar would make one: a form without menus has none.
+  auto* bar = qobject_cast<QMenuBar*>(fw.window->menuWidget());
+  if (!bar) return;
+  QFont font = ZoomedFont({}, fw.zoom);
+  bar->setFont(font);
+  // Menus open as windows of their own, which take no font from the bar.
+  for (QMenu* menu : bar->findChildren<QMenu*>()) menu->setFont(font);
+}
+
+double QtWindows::ZoomOf(const QWidget* widget) {
+  if (!widget) return 1.0;
+  QVariant zoom = widget->window()->property(kZoomProperty);
+  return zoom.isValid() ? zoom.toDouble() : 1.0;
 }
 
 bool QtWindows::PressZoomKey(int form, const QKeyEvent* e) {
@@ -747,6 +799,24 @@ void QtWindows::ShowTyped(ControlId id) {
 
 void QtWindows::FormChanged(int form, Prop) {
   if (forms_.count(form)) ApplyForm(form);
+  else if (pending_.count(form) && program_.surface().Form(form).visible) Build(form);
+}
+
+// A form's table gives its client area. A Height the program sets later is
+// the whole window's, as the platform the forms were drawn for measured it:
+// its title bar and borders (405 twips there) and its menu bar included. So
+// a game that hides its menu bar and sets the height it had keeps its
+// client area, with nothing showing below the game screen.
+float QtWindows::ClientHeight(int form) const {
+  constexpr float kTitleAndBorders = 405;
+  FormSurface& s = program_.surface();
+  const FormState& f = s.Form(form);
+  if (f.height == s.Table(form).height) return f.height;
+  float menuBar = 0;
+  const FormWidgets& fw = forms_.at(form);
+  if (QWidget* bar = fw.window->menuWidget(); bar && bar->isVisibleTo(fw.window))
+    menuBar = static_cast<float>(bar->sizeHint().height() * 15.0 / fw.zoom);
+  return std::max(0.0f, f.height - kTitleAndBorders - menuBar);
 }
 
 void QtWindows::ApplyForm(int form) {
@@ -754,7 +824,7 @@ void QtWindows::ApplyForm(int form) {
   FormState& f = s.Form(form);
   QMainWindow* window = forms_[form].window;
   window->setWindowTitle(Q(f.caption));
-  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, f.height));
+  window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, ClientHeight(form)));
   if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
   if (!f.picture.host.empty()) {
     window->centralWidget()->setStyleSheet(
@@ -780,6 +850,16 @@ void QtWindows::Apply(ControlId id, Caret caret) {
     action->setVisible(c.visible);
     action->setEnabled(c.enabled);
     action->setText(Q(c.caption));
+    if (auto* bar = qobject_cast<QMenuBar*>(fw.window->menuWidget())) {
+      // A bar whose menus are all hidden (a packaged game's) takes no room,
+      // so that the window is the form's own size and nothing shows below it.
+      const QList<QAction*> menus = bar->actions();
+      bool any = std::any_of(menus.begin(), menus.end(), [](QAction* a) { return a->isVisible(); });
+      if (bar->isVisibleTo(fw.window) != any) {
+        bar->setVisible(any);
+        ApplyForm(id.form);
+      }
+    }
     return;
   }
   QWidget* w = fw.widgets[id.index];

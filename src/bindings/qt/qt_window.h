@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <map>
+#include <set>
 #include <vector>
 
 #include "forms/surface.h"
@@ -51,6 +52,9 @@ class QtWindows : public QObject, public SurfaceObserver {
   // program never hears of it: it sees twips.
   double Zoom(int form) const;
   void SetZoom(int form, double zoom);
+  // The zoom of the program's window that holds the widget, 1 for none: a
+  // dialog opened over a window takes its zoom.
+  static double ZoomOf(const QWidget* widget);
 
  private:
   struct FormWidgets {
@@ -60,6 +64,8 @@ class QtWindows : public QObject, public SurfaceObserver {
     double zoom = 1.0, fitZoom = 1.0;
   };
   void Build(int form);
+  // Builds a loaded form's window that has not been made yet.
+  void EnsureBuilt(int form) const;
   QWidget* Make(ControlId id, QWidget* parent);
   void Connect(ControlId id, QWidget* widget);
   void BuildMenus(int form);
@@ -76,11 +82,17 @@ class QtWindows : public QObject, public SurfaceObserver {
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
+  // The form's client height in twips.
+  float ClientHeight(int form) const;
+  // The window's own parts at its zoom: the menu bar, its menus, and the
+  // zoom noted on the window for the dialogs that open over it.
+  void ZoomChrome(int form);
   // A user's action on a control, unless the window is being set from the surface.
   void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
 
   Program& program_;
   std::map<int, FormWidgets> forms_;
+  std::set<int> pending_;        // loaded forms whose windows are not made yet
   std::vector<int> shownOrder_;  // forms, the one shown last at the back
   QCursor hand_;            // drawn once, shown by every control that points
   bool mirroring_ = false;  // the window is being set from the surface: no events back
