@@ -93,6 +93,27 @@ inline constexpr std::size_t kMaxValueLength = 8999;
 std::string_view FindProfileValue(std::string_view text, std::string_view section,
                                   std::string_view key);
 
+// The search for one value in a profile text that arrives block by block
+// from the start of the file, so that a read can stop once the value's line
+// has come: the value found is the one FindProfileValue gives on the whole text.
+class ProfileSeek {
+ public:
+  ProfileSeek(std::string_view section, std::string_view key);
+  // Looks at the text so far, from the file's first byte; `atEnd` once no
+  // more will come. True when the answer is known.
+  bool Look(std::string_view text, bool atEnd);
+  // The value, cut to kMaxValueLength; "" when absent. It points into the
+  // text last looked at.
+  std::string_view value() const { return value_; }
+
+ private:
+  bool Finish(std::string_view value);
+
+  std::string_view section_, key_, value_;
+  bool done_ = false, inSection_ = false;
+  std::size_t pos_ = 0;  // where the search goes on, in the text behind any byte-order mark
+};
+
 // The profile text without any section of that name (its header and its
 // lines up to the next header). An empty name leaves the text as it is.
 std::string RemoveProfileSection(std::string_view text, std::string_view section);
@@ -109,5 +130,8 @@ std::vector<ProfileEntry> ProfileEntries(std::string_view text);
 // section name leaves the text as it is.
 std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,
                             std::string_view value);
+// The same on the text in place, which saves a copy of a long file; false
+// when the text is left as it was.
+bool SetProfileValueIn(std::string& text, std::string_view section, std::string_view key, std::string_view value);
 
 }  // namespace fw
