@@ -55,10 +55,13 @@ std::optional<std::string> QuestStore::TryReadINI(std::string_view path, std::st
   // costs a small part of a read of the whole file.
   ProfileSeek seek(UpToNul(section), UpToNul(key));
   std::string value;
-  auto look = [&](std::string_view bytes, bool atEnd) {
-    if (!seek.Look(bytes, atEnd)) return false;
-    value = seek.value();
-    return true;
+  auto look = [&](std::string_view bytes, bool atEnd, std::size_t& letGo) {
+    if (seek.Look(bytes, atEnd)) {
+      value = seek.value();
+      return true;
+    }
+    letGo = seek.letGo();
+    return false;
   };
   if (disk_->Scan(Resolve(path), look) != 0) return std::nullopt;
   return value;

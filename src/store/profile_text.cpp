@@ -107,27 +107,34 @@ bool ProfileSeek::Finish(std::string_view value) {
 }
 
 bool ProfileSeek::Look(std::string_view text, bool atEnd) {
+  letGo_ = 0;
   if (done_) return true;
   // A name holding a line break can match across lines: it waits for the whole text.
   if (!atEnd && (HasLineBreak(section_) || HasLineBreak(key_))) return false;
   std::size_t settled = atEnd ? text.size() : SettledSize(text);
-  if (settled < kBom.size() && !atEnd) return false;
-  std::size_t bom = text.starts_with(kBom) ? kBom.size() : 0;
-  std::string_view body = text.substr(bom, settled - std::min(settled, bom));
-  if (!inSection_) {
-    std::size_t from = FindSection(body, section_, pos_);
-    if (from == std::string_view::npos) {
-      pos_ = body.size();
-      return atEnd ? Finish({}) : false;
-    }
-    inSection_ = true;
-    pos_ = from;
+  std::size_t bom = 0;
+  if (atFileStart_) {
+    if (settled < kBom.size() && !atEnd) return false;
+    bom = text.starts_with(kBom) ? kBom.size() : 0;
   }
-  KeyHit hit = FindKey(body, pos_, key_);
+  std::string_view body = text.substr(bom, settled - std::min(settled, bom));
+  std::size_t pos = 0;
+  if (!inSection_) {
+    pos = FindSection(body, section_, 0);
+    if (pos == std::string_view::npos) return atEnd ? Finish({}) : LetGo(settled);
+    inSection_ = true;
+  }
+  KeyHit hit = FindKey(body, pos, key_);
   if (hit.found)
     return Finish(ValueOfLine(body.substr(hit.line.begin, hit.line.end - hit.line.begin), kMaxValueLength));
   if (hit.atHeader || atEnd) return Finish({});
-  pos_ = body.size();
+  return LetGo(settled);
+}
+
+bool ProfileSeek::LetGo(std::size_t searched) {
+  // The next text starts at a line's start, where a header may open.
+  letGo_ = searched;
+  if (searched > 0) atFileStart_ = false;
   return false;
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include "forms/regular_file.h"
 #include "store/store_disk.h"
@@ -59,7 +60,8 @@ int StoreDisk::CreateWith(const std::string& path, std::string_view bytes, const
 int StoreDisk::Scan(const std::string& path, const Looker& look) {
   std::string bytes;
   if (int error = Read(path, bytes, nullptr)) return error;
-  look(bytes, true);
+  std::size_t letGo = 0;
+  look(bytes, true, letGo);
   return 0;
 }
 
@@ -115,33 +117,33 @@ class RawBuffer {
   std::size_t size_;
 };
 
-// A key near the top of a long quest is found in the first block; later
-// blocks grow, so that a key at its end costs few more reads than one.
-constexpr std::size_t kFirstBlock = 16 * 1024, kLargestBlock = 1024 * 1024;
+// Each read takes a block of this size behind what the search still needs
+// (the line it is in), so a key near the top of a long quest costs one
+// block, and one buffer that stays in the cache serves a whole long file.
+constexpr std::size_t kBlock = 256 * 1024;
 
 }  // namespace
 
 int RealStoreDisk::Scan(const std::string& path, const Looker& look) {
   Fd in{OpenRegularFile(path)};
   if (in.fd < 0) return errno;
-  struct stat st;
-  if (::fstat(in.fd, &st) != 0) return errno;
-  // One byte beyond the size, so that growth meanwhile is read as well.
-  RawBuffer buffer(std::max(static_cast<std::size_t>(st.st_size) + 1, kFirstBlock));
-  std::size_t got = 0, block = kFirstBlock;
+  RawBuffer buffer(2 * kBlock);
+  std::size_t held = 0;
   for (;;) {
-    if (got == buffer.size()) buffer.Grow(got);
-    ssize_t n = ::read(in.fd, buffer.data() + got, std::min(block, buffer.size() - got));
+    if (buffer.size() - held < kBlock) buffer.Grow(held);  // a line longer than a block
+    ssize_t n = ::read(in.fd, buffer.data() + held, kBlock);
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return errno;
+    std::size_t letGo = 0;
     // Only a read of nothing tells of the end: a file may grow while it is read.
     if (n == 0) {
-      look({buffer.data(), got}, true);
+      look({buffer.data(), held}, true, letGo);
       return 0;
     }
-    got += static_cast<std::size_t>(n);
-    if (look({buffer.data(), got}, false)) return 0;
-    block = std::min(block * 2, kLargestBlock);
+    held += static_cast<std::size_t>(n);
+    if (look({buffer.data(), held}, false, letGo)) return 0;
+    std::memmove(buffer.data(), buffer.data() + letGo, held - letGo);
+    held -= letGo;
   }
 }
 

@@ -42,10 +42,11 @@ class StoreDisk {
   virtual int Read(const std::string& path, std::string& bytes, FileMeta* meta) = 0;
 
   // The file read from its start block by block, as Read reads it: after
-  // each block `look` is given every byte so far, with `atEnd` once the end
-  // is reached, and the read stops as soon as it returns true. Errors as Read.
-  // This one reads the whole file first; a disk may stop sooner.
-  using Looker = std::function<bool(std::string_view bytes, bool atEnd)>;
+  // each block `look` is given the bytes so far, less the leading ones it let
+  // go of in `letGo` the time before, with `atEnd` once the end is reached;
+  // the read stops as soon as it returns true. Errors as Read. This one reads
+  // the whole file first; a disk may stop sooner, and hold less.
+  using Looker = std::function<bool(std::string_view bytes, bool atEnd, std::size_t& letGo)>;
   virtual int Scan(const std::string& path, const Looker& look);
 
   // 0 when this process may write the file, as opening it for writing would
