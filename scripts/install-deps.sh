@@ -18,6 +18,8 @@ packages=(
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2 fonts-dejavu-core
   desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev
+  # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
+  clang libclang-rt-14-dev
 )
 
 missing=()
