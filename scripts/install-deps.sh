@@ -24,6 +24,8 @@ packages=(
   hyperfine
   # The window's start measured on a real X server too (bench/window-start.sh).
   xvfb xauth
+  # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
+  clang libclang-rt-14-dev
 )
 
 missing=()

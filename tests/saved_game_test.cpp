@@ -4,8 +4,10 @@
 #include <fstream>
 
 #include "play/game_state.h"
+#include "play/character.h"
 #include "play/saved_game.h"
 #include "shell/forms.h"
+#include "store/scrambler.h"
 #include "test_program.h"
 
 namespace fw {
@@ -114,6 +116,51 @@ TEST(SavedGameFile, AHugeItemCountReadsTheItemsUpToTheFirstBlank) {
   ASSERT_TRUE(g);
   EXPECT_EQ(g->room, "A dark cave.");
   EXPECT_EQ(g->items, (std::vector<std::string>{"Lamp", "Rope"}));
+}
+
+}  // namespace
+}  // namespace fw
+
+namespace fw {
+namespace {
+
+// A downloaded saved game or character file whose values decode to several
+// lines: only the first line of each reaches the player's quest, so the file
+// cannot add keys or pages to it.
+TEST(DownloadedValues, ALineBreakInADecodedValueCutsItBeforeItReachesTheQuest) {
+  testing::TestProgram t{AllForms()};
+  Program& p = t.program;
+  GameState g{p};
+  std::string quest = (t.dir.path / "q.fbw").string();
+  std::ofstream(quest, std::ios::binary) << "[CharacterData]\r\nCharCreateAllow=1\r\n[1]\r\nPage Text=One.\r\n";
+  g.questfil.SetCaption(quest);
+  g.pg.SetCaption("1");
+  auto expectQuest = [&](const std::string& character) {
+    std::ifstream in(quest, std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(text, "[CharacterData]\r\nCharCreateAllow=1\r\n" + character + "[1]\r\nPage Text=One.\r\n");
+  };
+
+  std::string name = "Eve\r\n[1]\r\nPage Text=Stolen";
+  std::string cha = (t.dir.path / "eve.cha").string();
+  std::ofstream(cha, std::ios::binary) << "[CharacterData]\r\nCharName=" << Encode(name) << "\r\nCharHp=" << Encode("30")
+                                       << "\r\nCharAtk=" << Encode("12\rCharHp=999") << "\r\nCharDef=" << Encode("9")
+                                       << "\r\nCharLevel=" << Encode("2\nBattle=1") << "\r\n";
+  t.platform.dialogs.QueueFile("FrmGame.charfile", cha);
+  frmgame::Command11_Click(p);
+  EXPECT_EQ(g.Text6.Text(), name);  // the panel shows what the file holds
+  frmgame::Command9_Click(p);
+  expectQuest("CharName=Eve\r\nCharHp=30\r\nCharAtk=12\r\nCharDef=9\r\nCharLevel=2\r\n");
+
+  std::string sav = (t.dir.path / "game.sav").string();
+  std::ofstream(sav, std::ios::binary) << "[saved game]\r\nroom=" << Encode("One.") << "\r\npage=" << Encode("1")
+                                       << "\r\nPoo=" << Encode("0") << "\r\nHowMuchInList=0\r\n[CharacterData]\r\nCharName="
+                                       << Encode("Ann\n[Story Info]\nTitle=Mine") << "\r\nCharHp=" << Encode("25")
+                                       << "\r\nCharAtk=" << Encode("8") << "\r\nCharDef=" << Encode("7\r8")
+                                       << "\r\nCharLevel=" << Encode("1") << "\r\n";
+  t.platform.dialogs.QueueFile("FrmGame.file", sav);
+  frmgame::mnuload_Click(p);
+  expectQuest("CharName=Ann\r\nCharHp=25\r\nCharAtk=8\r\nCharDef=7\r\nCharLevel=1\r\n");
 }
 
 }  // namespace

@@ -99,6 +99,29 @@ class ProfileFiles : public ::testing::Test {
   }
 };
 
+// A read takes the file in blocks of 256 KiB and stops at its key's line:
+// lines that cross a block's end, a CR LF split by it, a line longer than a
+// block and a key after the last line end read as a search of the whole text.
+TEST_F(ProfileFiles, AReadInBlocksFindsWhatASearchOfTheWholeTextFinds) {
+  const std::size_t block = 256 * 1024;
+  std::string text = "\xEF\xBB\xBF[Story Info]\r\nTitle=Blocks\r\n[1]\r\n";
+  text += "Pad=" + std::string(block - 1 - text.size() - 4, 'p');  // its CR ends the first block
+  text += "\r\nSplit=after the CR LF\r\n[2]\rLong=" + std::string(3 * block / 2, 'l') + "\rNext=x\r";
+  for (int p = 3; text.size() < 3 * block; ++p) text += "[" + std::to_string(p) + "]\nKey=page " + std::to_string(p) + "\n";
+  text += "[Last]\r\n Key = at the very end";
+  std::string quest = home + "/blocks.fbw";
+  std::ofstream(quest, std::ios::binary) << text;
+  ASSERT_EQ(text[block - 1], '\r');
+  const char* lookups[][2] = {{"Story Info", "Title"}, {"1", "Split"}, {"1", "Pad"},  {"2", "Long"},
+                              {"2", "Next"},           {"2", "Missing"}, {"3", "Key"}, {"Last", "Key"},
+                              {"Nowhere", "Key"},      {"1", "Next"}};
+  for (auto [section, key] : lookups)
+    EXPECT_EQ(store.ReadINI(quest, section, key), FindProfileValue(text, section, key)) << section << "/" << key;
+  EXPECT_EQ(store.ReadINI(quest, "1", "Split"), "after the CR LF");
+  EXPECT_EQ(store.ReadINI(quest, "Last", "Key"), "at the very end");
+  EXPECT_EQ(store.ReadINI(quest, "2", "Long").size(), kMaxValueLength);
+}
+
 TEST_F(ProfileFiles, ReadsCreateNothingAndWritesCreateTheFile) {
   std::string quest = dir.str() + "/q.fbw";
   EXPECT_EQ(store.ReadINI(quest, "Story Info", "Title"), "");

@@ -1,5 +1,6 @@
 #include "play/character.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -100,13 +101,22 @@ void SaveCharacter(Program& p) {
     p.MsgBox("The character file " + *file + " could not be written.", 16, "Error Saving Character:");
 }
 
+// A field goes into the quest up to its first line break. A value decoded
+// from a downloaded saved game or character file may hold CR or LF; written
+// whole, its other lines would become keys and sections of the player's
+// quest. A read of the quest saw only the first line anyway.
+std::string FirstLine(std::string text) {
+  text.resize(std::min(text.size(), text.find_first_of("\r\n")));
+  return text;
+}
+
 }  // namespace
 
 bool WriteCharacterToQuest(Program& p, const GameState& g, std::size_t first) {
   std::array<std::string, 5> values;
   std::vector<QuestStore::Entry> entries;
   for (std::size_t i = first; i < kFields.size(); ++i) {
-    values[i] = (g.*kFields[i].box).Text();
+    values[i] = FirstLine((g.*kFields[i].box).Text());
     entries.push_back({kSection, kFields[i].key, values[i]});
   }
   if (WriteINIKeys(p, g.questfil.Caption(), entries)) return true;

@@ -18,18 +18,19 @@ std::string_view UpToNul(std::string_view s) { return s.substr(0, s.find('\0'));
 
 bool Named(const QuestStore::Entry& e) { return !UpToNul(e.section).empty() && !UpToNul(e.key).empty(); }
 
-// The text with every key written in order: the first on the text as read,
-// the rest on the result so far.
-std::string WithEntries(std::string_view text, std::span<const QuestStore::Entry> entries) {
-  std::string updated;
-  bool first = true;
-  for (const QuestStore::Entry& e : entries) {
-    if (!Named(e)) continue;
-    updated = SetProfileValue(first ? text : std::string_view(updated), UpToNul(e.section), UpToNul(e.key),
-                              UpToNul(e.value));
-    first = false;
-  }
-  return updated;
+// Writes every key in order into the text; false when none changed it.
+bool WriteEntries(std::string& text, std::span<const QuestStore::Entry> entries) {
+  bool changed = false;
+  for (const QuestStore::Entry& e : entries)
+    if (Named(e)) changed |= SetProfileValueIn(text, UpToNul(e.section), UpToNul(e.key), UpToNul(e.value));
+  return changed;
+}
+
+// Makes the text `whole`; false when it was that already.
+bool Replace(std::string& text, std::string whole) {
+  if (text == whole) return false;
+  text = std::move(whole);
+  return true;
 }
 
 }  // namespace
@@ -49,9 +50,21 @@ std::string QuestStore::ReadINI(std::string_view path, std::string_view section,
 
 std::optional<std::string> QuestStore::TryReadINI(std::string_view path, std::string_view section,
                                                   std::string_view key) const {
-  std::string text;
-  if (path.empty() || disk_->Read(Resolve(path), text, nullptr) != 0) return std::nullopt;
-  return std::string(FindProfileValue(text, UpToNul(section), UpToNul(key)));
+  if (path.empty()) return std::nullopt;
+  // The read stops at the value's line: a key near the top of a long quest
+  // costs a small part of a read of the whole file.
+  ProfileSeek seek(UpToNul(section), UpToNul(key));
+  std::string value;
+  auto look = [&](std::string_view bytes, bool atEnd, std::size_t& letGo) {
+    if (seek.Look(bytes, atEnd)) {
+      value = seek.value();
+      return true;
+    }
+    letGo = seek.letGo();
+    return false;
+  };
+  if (disk_->Scan(Resolve(path), look) != 0) return std::nullopt;
+  return value;
 }
 
 std::shared_ptr<const ProfileImage> QuestStore::ReadImage(std::string_view path) const {
@@ -69,7 +82,7 @@ void QuestStore::WriteINI(std::string_view path, std::string_view section, std::
 bool QuestStore::WriteINIKeys(std::string_view path, std::span<const Entry> entries) const {
   if (std::none_of(entries.begin(), entries.end(), Named)) return true;
   if (path.empty()) return false;
-  return RewriteFile(*disk_, Resolve(path), [&](std::string_view text) { return WithEntries(text, entries); });
+  return RewriteFile(*disk_, Resolve(path), [&](std::string& text) { return WriteEntries(text, entries); });
 }
 
 std::optional<std::string> QuestStore::ReadText(std::string_view path) const {
@@ -85,14 +98,14 @@ bool QuestStore::DeleteSection(std::string_view path, std::string_view section) 
   std::string host = Resolve(path), text;
   // A missing file has no section to take, and is not made.
   if (disk_->Read(host, text, nullptr) == ENOENT) return true;
-  return RewriteFile(*disk_, host, [&](std::string_view old) { return RemoveProfileSection(old, section); });
+  return RewriteFile(*disk_, host, [&](std::string& text) { return Replace(text, RemoveProfileSection(text, section)); });
 }
 
 bool QuestStore::CopyFile(std::string_view from, std::string_view to) const {
   if (from.empty() || to.empty()) return false;
   std::string text;
   if (disk_->Read(Resolve(from), text, nullptr) != 0) return false;
-  return RewriteFile(*disk_, Resolve(to), [&](std::string_view) { return text; });
+  return RewriteFile(*disk_, Resolve(to), [&](std::string& old) { return Replace(old, text); });
 }
 
 namespace {
@@ -131,7 +144,7 @@ bool QuestStore::KeepBackup(std::string_view path, const std::string& folder, st
   auto taken = [&](const std::string& n) { return std::find(names.begin(), names.end(), n) != names.end(); };
   std::string copy = stem + " " + std::string(stamp) + ext;
   for (int n = 2; taken(copy); ++n) copy = stem + " " + std::string(stamp) + " (" + std::to_string(n) + ")" + ext;
-  if (!RewriteFile(*disk_, PathIn(folder, copy), [&](std::string_view) { return text; })) return false;
+  if (!RewriteFile(*disk_, PathIn(folder, copy), [&](std::string& old) { return Replace(old, text); })) return false;
   names.push_back(copy);
   std::vector<std::pair<std::pair<std::string, int>, std::string>> kept;
   for (const std::string& n : names)

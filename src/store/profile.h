@@ -93,6 +93,33 @@ inline constexpr std::size_t kMaxValueLength = 8999;
 std::string_view FindProfileValue(std::string_view text, std::string_view section,
                                   std::string_view key);
 
+// The search for one value in a profile text that arrives block by block
+// from the start of the file, so that a read can stop once the value's line
+// has come and need not hold what it has searched: the value found is the
+// one FindProfileValue gives on the whole text.
+class ProfileSeek {
+ public:
+  ProfileSeek(std::string_view section, std::string_view key);
+  // Looks at the text so far, from the file's first byte on, less what
+  // earlier looks let go of; `atEnd` once no more will come. True when the
+  // answer is known.
+  bool Look(std::string_view text, bool atEnd);
+  // How many bytes at the start of the text last looked at are searched and
+  // no longer needed: the next look is given the text from there on.
+  std::size_t letGo() const { return letGo_; }
+  // The value, cut to kMaxValueLength; "" when absent. It points into the
+  // text last looked at.
+  std::string_view value() const { return value_; }
+
+ private:
+  bool Finish(std::string_view value);
+  bool LetGo(std::size_t searched);
+
+  std::string_view section_, key_, value_;
+  bool done_ = false, inSection_ = false, atFileStart_ = true;
+  std::size_t letGo_ = 0;
+};
+
 // The profile text without any section of that name (its header and its
 // lines up to the next header). An empty name leaves the text as it is.
 std::string RemoveProfileSection(std::string_view text, std::string_view section);
@@ -109,5 +136,8 @@ std::vector<ProfileEntry> ProfileEntries(std::string_view text);
 // section name leaves the text as it is.
 std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,
                             std::string_view value);
+// The same on the text in place, which saves a copy of a long file; false
+// when the text is left as it was.
+bool SetProfileValueIn(std::string& text, std::string_view section, std::string_view key, std::string_view value);
 
 }  // namespace fw

@@ -22,8 +22,7 @@ bool HeaderNames(std::string_view t, std::size_t at, std::string_view section) {
 // Where the lines of the first section with that name begin, or npos. Only
 // a "[" that stands first on its line can open a section, so the scan jumps
 // from one "[" to the next and looks no further than the name.
-std::size_t FindSection(std::string_view t, std::string_view section) {
-  std::size_t pos = 0;
+std::size_t FindSection(std::string_view t, std::string_view section, std::size_t pos = 0) {
   while (pos < t.size()) {
     const void* hit = std::memchr(t.data() + pos, '[', t.size() - pos);
     if (!hit) return std::string_view::npos;
@@ -44,6 +43,7 @@ struct KeyHit {
   Line line{};
   std::size_t keyBegin = 0, keyEnd = 0;  // the stored key, trimmed
   std::size_t afterLastText = 0;         // behind the section's last non-blank line
+  bool atHeader = false;                 // the scan stopped at the next header
 };
 
 KeyHit FindKey(std::string_view t, std::size_t from, std::string_view key) {
@@ -53,7 +53,10 @@ KeyHit FindKey(std::string_view t, std::size_t from, std::string_view key) {
     Line line = LineAt(t, pos);
     std::string_view text = t.substr(line.begin, line.end - line.begin);
     char lead = Lead(text);
-    if (lead == '[') break;
+    if (lead == '[') {
+      hit.atHeader = true;
+      break;
+    }
     if (lead != 0) hit.afterLastText = line.next;
     std::string_view stored;
     if (KeyOfLine(text, stored)) {
@@ -80,44 +83,103 @@ std::string_view LineEnd(std::string_view t) {
 
 bool EndsWithLineEnd(std::string_view t) { return !t.empty() && (t.back() == '\n' || t.back() == '\r'); }
 
+bool HasLineBreak(std::string_view s) { return s.find_first_of("\r\n") != std::string_view::npos; }
+
+// How much of a text that is still arriving is whole lines: up to its last
+// line end, where a CR at the very end might yet be the first half of a CR LF.
+std::size_t SettledSize(std::string_view t) {
+  if (t.empty() || t.back() == '\n') return t.size();
+  if (t.size() < 2) return 0;
+  std::size_t last = t.find_last_of("\r\n", t.size() - 2);
+  return last == std::string_view::npos ? 0 : last + 1;
+}
+
 }  // namespace
 
+ProfileSeek::ProfileSeek(std::string_view section, std::string_view key) : section_(section), key_(key) {
+  if (section_.empty() || key_.empty()) done_ = true;
+}
+
+bool ProfileSeek::Finish(std::string_view value) {
+  value_ = value;
+  done_ = true;
+  return true;
+}
+
+bool ProfileSeek::Look(std::string_view text, bool atEnd) {
+  letGo_ = 0;
+  if (done_) return true;
+  // A name holding a line break can match across lines: it waits for the whole text.
+  if (!atEnd && (HasLineBreak(section_) || HasLineBreak(key_))) return false;
+  std::size_t settled = atEnd ? text.size() : SettledSize(text);
+  std::size_t bom = 0;
+  if (atFileStart_) {
+    if (settled < kBom.size() && !atEnd) return false;
+    bom = text.starts_with(kBom) ? kBom.size() : 0;
+  }
+  std::string_view body = text.substr(bom, settled - std::min(settled, bom));
+  std::size_t pos = 0;
+  if (!inSection_) {
+    pos = FindSection(body, section_, 0);
+    if (pos == std::string_view::npos) return atEnd ? Finish({}) : LetGo(settled);
+    inSection_ = true;
+  }
+  KeyHit hit = FindKey(body, pos, key_);
+  if (hit.found)
+    return Finish(ValueOfLine(body.substr(hit.line.begin, hit.line.end - hit.line.begin), kMaxValueLength));
+  if (hit.atHeader || atEnd) return Finish({});
+  return LetGo(settled);
+}
+
+bool ProfileSeek::LetGo(std::size_t searched) {
+  // The next text starts at a line's start, where a header may open.
+  letGo_ = searched;
+  if (searched > 0) atFileStart_ = false;
+  return false;
+}
+
 std::string_view FindProfileValue(std::string_view text, std::string_view section, std::string_view key) {
-  if (section.empty() || key.empty()) return {};
-  if (text.starts_with(kBom)) text.remove_prefix(kBom.size());
-  std::size_t from = FindSection(text, section);
-  if (from == std::string_view::npos) return {};
-  KeyHit hit = FindKey(text, from, key);
-  if (!hit.found) return {};
-  return ValueOfLine(text.substr(hit.line.begin, hit.line.end - hit.line.begin), kMaxValueLength);
+  ProfileSeek seek(section, key);
+  seek.Look(text, true);
+  return seek.value();
+}
+
+bool SetProfileValueIn(std::string& text, std::string_view section, std::string_view key, std::string_view value) {
+  if (section.empty() || key.empty()) return false;
+  std::size_t bom = std::string_view(text).starts_with(kBom) ? kBom.size() : 0;
+  std::string_view body = std::string_view(text).substr(bom);
+  std::string eol(LineEnd(body));
+  std::size_t from = FindSection(body, section);
+  if (from == std::string_view::npos) {
+    if (!text.empty() && !EndsWithLineEnd(text) && text.size() > bom) text += eol;
+    text.append("[").append(section).append("]").append(eol);
+    text.append(key).append("=").append(value).append(eol);
+    return true;
+  }
+  KeyHit hit = FindKey(body, from, key);
+  bool changed = true;
+  if (hit.found) {
+    std::string line(body.substr(hit.keyBegin, hit.keyEnd - hit.keyBegin));
+    line.append("=").append(value);
+    changed = body.substr(hit.keyBegin, hit.line.end - hit.keyBegin) != line;
+    if (changed) text.replace(bom + hit.keyBegin, hit.line.end - hit.keyBegin, line);
+  } else {
+    std::size_t at = bom + hit.afterLastText;
+    std::string entry = std::string(key) + "=" + std::string(value) + eol;
+    if (at == text.size() && !EndsWithLineEnd(text)) entry = eol + entry;
+    text.insert(at, entry);
+  }
+  if (!EndsWithLineEnd(text)) {
+    text += eol;
+    changed = true;
+  }
+  return changed;
 }
 
 std::string SetProfileValue(std::string_view text, std::string_view section, std::string_view key,
                             std::string_view value) {
   std::string out(text);
-  if (section.empty() || key.empty()) return out;
-  std::size_t bom = text.starts_with(kBom) ? kBom.size() : 0;
-  std::string_view body = text.substr(bom);
-  std::string eol(LineEnd(body));
-  std::size_t from = FindSection(body, section);
-  if (from == std::string_view::npos) {
-    if (!out.empty() && !EndsWithLineEnd(out) && out.size() > bom) out += eol;
-    out.append("[").append(section).append("]").append(eol);
-    out.append(key).append("=").append(value).append(eol);
-    return out;
-  }
-  KeyHit hit = FindKey(body, from, key);
-  if (hit.found) {
-    std::string line(body.substr(hit.keyBegin, hit.keyEnd - hit.keyBegin));
-    line.append("=").append(value);
-    out.replace(bom + hit.keyBegin, hit.line.end - hit.keyBegin, line);
-  } else {
-    std::size_t at = bom + hit.afterLastText;
-    std::string entry = std::string(key) + "=" + std::string(value) + eol;
-    if (at == out.size() && !EndsWithLineEnd(out)) entry = eol + entry;
-    out.insert(at, entry);
-  }
-  if (!EndsWithLineEnd(out)) out += eol;
+  SetProfileValueIn(out, section, key, value);
   return out;
 }
 

@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include "forms/regular_file.h"
 #include "store/store_disk.h"
@@ -48,6 +50,21 @@ std::string PathIn(const std::string& folder, const std::string& name) {
   return folder.ends_with('/') ? folder + name : folder + "/" + name;
 }
 
+int StoreDisk::CreateWith(const std::string& path, std::string_view bytes, const FileMeta* like) {
+  if (int error = Create(path, like)) return error;
+  int error = WriteAt(path, 0, bytes);
+  if (error) Remove(path);
+  return error;
+}
+
+int StoreDisk::Scan(const std::string& path, const Looker& look) {
+  std::string bytes;
+  if (int error = Read(path, bytes, nullptr)) return error;
+  std::size_t letGo = 0;
+  look(bytes, true, letGo);
+  return 0;
+}
+
 int RealStoreDisk::Locate(const std::string& path, std::string& real) {
   real = RealPath(path);
   if (!real.empty()) return 0;
@@ -80,6 +97,56 @@ int RealStoreDisk::Read(const std::string& path, std::string& bytes, FileMeta* m
   return 0;
 }
 
+namespace {
+
+// A buffer that is not filled before the file's bytes are read into it.
+class RawBuffer {
+ public:
+  explicit RawBuffer(std::size_t size) : bytes_(new char[size]), size_(size) {}
+  char* data() { return bytes_.get(); }
+  std::size_t size() const { return size_; }
+  // Twice as large, keeping the first `used` bytes.
+  void Grow(std::size_t used) {
+    RawBuffer larger(size_ * 2);
+    std::copy_n(bytes_.get(), used, larger.data());
+    std::swap(*this, larger);
+  }
+
+ private:
+  std::unique_ptr<char[]> bytes_;
+  std::size_t size_;
+};
+
+// Each read takes a block of this size behind what the search still needs
+// (the line it is in), so a key near the top of a long quest costs one
+// block, and one buffer that stays in the cache serves a whole long file.
+constexpr std::size_t kBlock = 256 * 1024;
+
+}  // namespace
+
+int RealStoreDisk::Scan(const std::string& path, const Looker& look) {
+  Fd in{OpenRegularFile(path)};
+  if (in.fd < 0) return errno;
+  RawBuffer buffer(2 * kBlock);
+  std::size_t held = 0;
+  for (;;) {
+    if (buffer.size() - held < kBlock) buffer.Grow(held);  // a line longer than a block
+    ssize_t n = ::read(in.fd, buffer.data() + held, kBlock);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return errno;
+    std::size_t letGo = 0;
+    // Only a read of nothing tells of the end: a file may grow while it is read.
+    if (n == 0) {
+      look({buffer.data(), held}, true, letGo);
+      return 0;
+    }
+    held += static_cast<std::size_t>(n);
+    if (look({buffer.data(), held}, false, letGo)) return 0;
+    std::memmove(buffer.data(), buffer.data() + letGo, held - letGo);
+    held -= letGo;
+  }
+}
+
 int RealStoreDisk::CheckWritable(const std::string& path) {
   return ErrorOr(::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0);
 }
@@ -93,31 +160,60 @@ std::vector<std::string> RealStoreDisk::List(const std::string& folder) {
   return names;
 }
 
-int RealStoreDisk::Create(const std::string& path, const FileMeta* like) {
-  // A copy of a file is made private first and given its mode once made.
-  Fd out{::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, like ? 0600 : 0666)};
-  if (out.fd < 0) return errno;
+namespace {
+
+// Gives a file just made the mode and, where allowed, the owner of the file
+// it replaces. Only a privileged writer can give a file to its owner; the
+// others keep it as theirs. Changing the owner clears set-id bits, so the
+// mode follows.
+int GiveMeta(int fd, const FileMeta* like) {
   if (!like) return 0;
-  // Only a privileged writer can give a file to its owner; the others keep
-  // it as theirs. Changing the owner clears set-id bits, so the mode follows.
-  (void)!::fchown(out.fd, like->uid, like->gid);
-  if (::fchmod(out.fd, like->mode) == 0) return 0;
-  int error = errno;
-  ::unlink(path.c_str());
-  return error;
+  (void)!::fchown(fd, like->uid, like->gid);
+  return ErrorOr(::fchmod(fd, like->mode) == 0);
 }
 
-int RealStoreDisk::WriteAt(const std::string& path, std::size_t offset, std::string_view bytes) {
-  Fd out{::open(path.c_str(), O_WRONLY | O_CLOEXEC)};
-  if (out.fd < 0) return errno;
+// The bytes written from `offset` on, and synced.
+int WriteAll(int fd, std::size_t offset, std::string_view bytes) {
   while (!bytes.empty()) {
-    ssize_t n = ::pwrite(out.fd, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    ssize_t n = ::pwrite(fd, bytes.data(), bytes.size(), static_cast<off_t>(offset));
     if (n < 0 && errno == EINTR) continue;
     if (n <= 0) return n < 0 ? errno : EIO;
     bytes.remove_prefix(static_cast<std::size_t>(n));
     offset += static_cast<std::size_t>(n);
   }
-  return ErrorOr(::fsync(out.fd) == 0);
+  return ErrorOr(::fsync(fd) == 0);
+}
+
+// A file system without unnamed files, or a machine without /proc.
+bool NoUnnamedFiles(int error) { return error == EOPNOTSUPP || error == EISDIR || error == ENOENT; }
+
+}  // namespace
+
+int RealStoreDisk::Create(const std::string& path, const FileMeta* like) {
+  // A copy of a file is made private first and given its mode once made.
+  Fd out{::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, like ? 0600 : 0666)};
+  if (out.fd < 0) return errno;
+  int error = GiveMeta(out.fd, like);
+  if (error) ::unlink(path.c_str());
+  return error;
+}
+
+int RealStoreDisk::CreateWith(const std::string& path, std::string_view bytes, const FileMeta* like) {
+  // The file has no name until it holds every byte: should the writer die
+  // or the disk fill meanwhile, it goes with its descriptor.
+  Fd out{::open(FolderOf(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, like ? 0600 : 0666)};
+  if (out.fd < 0) return NoUnnamedFiles(errno) ? StoreDisk::CreateWith(path, bytes, like) : errno;
+  if (int error = GiveMeta(out.fd, like)) return error;
+  if (int error = WriteAll(out.fd, 0, bytes)) return error;
+  std::string self = "/proc/self/fd/" + std::to_string(out.fd);
+  if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0) return 0;
+  return NoUnnamedFiles(errno) ? StoreDisk::CreateWith(path, bytes, like) : errno;
+}
+
+int RealStoreDisk::WriteAt(const std::string& path, std::size_t offset, std::string_view bytes) {
+  Fd out{::open(path.c_str(), O_WRONLY | O_CLOEXEC)};
+  if (out.fd < 0) return errno;
+  return WriteAll(out.fd, offset, bytes);
 }
 
 int RealStoreDisk::Truncate(const std::string& path, std::size_t size) {

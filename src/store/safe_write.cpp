@@ -29,11 +29,8 @@ void RemoveStaleTemps(StoreDisk& disk, const std::string& real) {
 Outcome ReplaceWithNewFile(StoreDisk& disk, const std::string& real, std::string_view text, const FileMeta* old) {
   std::string folder = FolderOf(real);
   std::string temp = PathIn(folder, TempPrefix(real) + std::to_string(::getpid()));
-  if (int error = disk.Create(temp, old)) return FolderRefuses(error) ? Outcome::kFolderRefuses : Outcome::kFailed;
-  if (disk.WriteAt(temp, 0, text) != 0) {
-    disk.Remove(temp);
-    return Outcome::kFailed;
-  }
+  if (int error = disk.CreateWith(temp, text, old))
+    return FolderRefuses(error) ? Outcome::kFolderRefuses : Outcome::kFailed;
   if (int error = disk.Rename(temp, real)) {
     disk.Remove(temp);
     return FolderRefuses(error) ? Outcome::kFolderRefuses : Outcome::kFailed;
@@ -65,18 +62,21 @@ bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit)
   auto lock = disk.LockFolder(FolderOf(real));
   if (!lock) return false;
   RemoveStaleTemps(disk, real);
-  std::string old;
+  // The text is edited where it was read: a long quest is held once.
+  std::string text;
   FileMeta meta;
-  int readError = disk.Read(real, old, &meta);
+  int readError = disk.Read(real, text, &meta);
   if (readError != 0 && readError != ENOENT) return false;
   bool exists = readError == 0;
-  std::string text = edit(old);
-  if (exists && text == old) return true;
+  if (!edit(text) && exists) return true;
   // A rename would replace a file whatever its mode says.
   if (exists && disk.CheckWritable(real) != 0) return false;
   Outcome outcome = ReplaceWithNewFile(disk, real, text, exists ? &meta : nullptr);
-  if (outcome == Outcome::kFolderRefuses && exists) return RewriteInPlace(disk, real, old, text);
-  return outcome == Outcome::kDone;
+  if (outcome != Outcome::kFolderRefuses || !exists) return outcome == Outcome::kDone;
+  // The old text again, for the rare writer whose folder takes no new file;
+  // the folder's lock keeps the other writers out meanwhile.
+  std::string old;
+  return disk.Read(real, old, nullptr) == 0 && RewriteInPlace(disk, real, old, text);
 }
 
 }  // namespace fw

@@ -7,8 +7,9 @@
 
 namespace fw {
 
-// Gives the text a file should hold, from the text it holds ("" when missing).
-using TextEdit = std::function<std::string(std::string_view)>;
+// Turns the text a file holds ("" when missing) into the text it should
+// hold, in place; false when it leaves the text as it was.
+using TextEdit = std::function<bool(std::string& text)>;
 
 // Rewrites the file that `path` names (links followed) under a lock on its
 // folder, so that two writers never lose each other's change. The file on

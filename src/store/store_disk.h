@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,14 @@ class StoreDisk {
   // not a regular file. `meta` may be null.
   virtual int Read(const std::string& path, std::string& bytes, FileMeta* meta) = 0;
 
+  // The file read from its start block by block, as Read reads it: after
+  // each block `look` is given the bytes so far, less the leading ones it let
+  // go of in `letGo` the time before, with `atEnd` once the end is reached;
+  // the read stops as soon as it returns true. Errors as Read. This one reads
+  // the whole file first; a disk may stop sooner, and hold less.
+  using Looker = std::function<bool(std::string_view bytes, bool atEnd, std::size_t& letGo)>;
+  virtual int Scan(const std::string& path, const Looker& look);
+
   // 0 when this process may write the file, as opening it for writing would
   // allow.
   virtual int CheckWritable(const std::string& path) = 0;
@@ -50,6 +59,13 @@ class StoreDisk {
   // Makes a new, empty file; never opens one that exists. With `like`, the
   // new file gets its mode and, where allowed, its owner.
   virtual int Create(const std::string& path, const FileMeta* like) = 0;
+
+  // Makes a new file holding the bytes, synced to the disk, as Create and
+  // WriteAt would; nothing is left on a failure. Where the file system has
+  // unnamed files, the name appears only once every byte is there, so a
+  // writer killed meanwhile leaves nothing behind. This one creates and
+  // then writes.
+  virtual int CreateWith(const std::string& path, std::string_view bytes, const FileMeta* like);
 
   // Writes the bytes into an existing file from `offset` on, without cutting
   // it, and makes them reach the disk.
@@ -85,9 +101,11 @@ class RealStoreDisk : public StoreDisk {
   int Locate(const std::string& path, std::string& real) override;
   std::unique_ptr<Lock> LockFolder(const std::string& folder) override;
   int Read(const std::string& path, std::string& bytes, FileMeta* meta) override;
+  int Scan(const std::string& path, const Looker& look) override;
   int CheckWritable(const std::string& path) override;
   std::vector<std::string> List(const std::string& folder) override;
   int Create(const std::string& path, const FileMeta* like) override;
+  int CreateWith(const std::string& path, std::string_view bytes, const FileMeta* like) override;
   int WriteAt(const std::string& path, std::size_t offset, std::string_view bytes) override;
   int Truncate(const std::string& path, std::size_t size) override;
   int Rename(const std::string& from, const std::string& to) override;

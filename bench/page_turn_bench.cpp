@@ -1,0 +1,55 @@
+// A page turn of the player on the generated quests: the Choose button's
+// work (the option step and the page show), headless, with no media files
+// beside the quest. Measured against BM_ReadINI_LastPage, one read of a key
+// of the same page of the same quest.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "bench_files.h"
+#include "bindings/headless/headless_services.h"
+#include "forms/program.h"
+#include "play/choose_option.h"
+#include "play/game_state.h"
+#include "play/start_quest.h"
+#include "shell/forms.h"
+
+namespace {
+
+// A headless player with the quest of n pages open, in a per-user folder of its own.
+struct OpenGame {
+  std::string home;
+  fw::HeadlessPlatform platform;
+  std::unique_ptr<fw::Program> program;
+
+  explicit OpenGame(int pages) : home(fw::bench::ScratchFolder("play" + std::to_string(pages)).string()) {
+    program = std::make_unique<fw::Program>(platform.services(), fw::AppInfo{home, "fablewright", home, home},
+                                            fw::AllForms());
+    program->Start();
+    const std::string& quest = fw::bench::QuestFile(pages);
+    program->RunEvent([&] { fw::OpenQuestNamed(*program, quest); });
+  }
+};
+
+// From the page before the last to the last, by its first option.
+void BM_PageTurn(benchmark::State& state) {
+  int pages = static_cast<int>(state.range(0));
+  OpenGame game(pages);
+  fw::Program& p = *game.program;
+  fw::GameState g(p);
+  for (auto _ : state) {
+    state.PauseTiming();
+    g.pg.SetCaption(std::to_string(pages - 1));
+    g.Text1.SetText("");  // a transcript that grew with every turn would be measured too
+    g.Option1.SetVisible(true);
+    g.Option1.SetValue(true);
+    state.ResumeTiming();
+    p.RunEvent([&] { fw::ChooseSelectedOption(p); });
+  }
+  if (g.pg.Caption() != std::to_string(pages)) state.SkipWithError("the turn did not reach the last page");
+}
+
+}  // namespace
+
+BENCHMARK(BM_PageTurn)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
