@@ -110,7 +110,11 @@ bool KeepBackup(Program& p, std::string_view path, std::string_view stamp) {
 
 bool WriteUserFile(Program& p, std::string_view name, std::string_view bytes) {
   RealStoreDisk disk;
-  return RewriteFile(disk, p.UserDir() + "/" + std::string(name), [&](std::string_view) { return std::string(bytes); });
+  return RewriteFile(disk, p.UserDir() + "/" + std::string(name), [&](std::string& text) {
+    if (text == bytes) return false;
+    text = bytes;
+    return true;
+  });
 }
 
 int TryLockUserFile(Program& p, std::string_view name, std::unique_ptr<StoreDisk::Lock>& lock) {
