@@ -117,8 +117,8 @@ void BM_MapReference_Svg(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(BM_MapReference_Svg)->Arg(1000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_MapPicture)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MapReference_Svg)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MapPicture)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Explore)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_CheckReference_ReadFile)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Check)->Arg(100)->Arg(10000)->Unit(benchmark::kMillisecond);

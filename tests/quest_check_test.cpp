@@ -233,26 +233,38 @@ TEST(QuestCheck, FindingsLeaveInUtf8WithTheirQuotesEscaped) {
             "\\\"Entr\xC3\xA9\x65\\\"\\u0009tab\"}\n]\n");
 }
 
-// Past the layered layout's reach the map is still one node a page.
-TEST(QuestMap, LargeQuestGetsEveryPage) {
+// A ring of pages, each with options on, a long way on, and back to page 1:
+// the layered layout's worst case, where every arrow crosses many layers.
+int MappedNodes(int pages, int options) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/big.fbw", svg = dir.str() + "/big.svg";
+  std::string quest = dir.str() + "/ring.fbw", svg = dir.str() + "/ring.svg";
   {
     std::ofstream out(quest);
-    out << "[Quest Data]\nNumber Of Pages=250\n";
-    for (int p = 1; p <= 250; ++p)
-      out << "[" << p << "]\nLocation=Room " << p << "\nOption One=On\nOption One Destination Page=" << p % 250 + 1
-          << "\nOption Two=Back\nOption Two Destination Page=" << (p * 7) % 250 + 1 << "\n";
+    out << "[Quest Data]\nNumber Of Pages=" << pages << "\n";
+    const char* names[] = {"One", "Two", "Three", "Four"};
+    for (int p = 1; p <= pages; ++p) {
+      int to[] = {p % pages + 1, (p * 7) % pages + 1, (p + 2) % pages + 1, 1};
+      out << "[" << p << "]\nLocation=Room " << p << "\n";
+      for (int o = 0; o < options; ++o)
+        out << "Option " << names[o] << "=Go\nOption " << names[o] << " Destination Page=" << to[o] << "\n";
+    }
   }
   std::ostringstream out, err;
-  ASSERT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
-  EXPECT_EQ(out.str(), "Map of 250 pages written to " + svg + "\n");
+  EXPECT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
+  EXPECT_EQ(out.str(), "Map of " + std::to_string(pages) + " pages written to " + svg + "\n");
+  EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
   std::ifstream in(svg);
   std::string text((std::istreambuf_iterator<char>(in)), {});
-  std::ptrdiff_t nodes = 0;
+  int nodes = 0;
   for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
-  EXPECT_EQ(nodes, 250);
-  EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
+  return nodes;
+}
+
+// Past the curved layout's reach (a 100-page ring took it minutes) and past
+// the layered one's, the map is still one node a page, in a second or two.
+TEST(QuestMap, DenselyLinkedAndLargeQuestsGetEveryPage) {
+  EXPECT_EQ(MappedNodes(100, 4), 100);
+  EXPECT_EQ(MappedNodes(250, 2), 250);
 }
 
 }  // namespace

@@ -58,12 +58,44 @@ std::string Target(const std::string& name, int target, std::set<std::string>& m
   return id;
 }
 
-// Graphviz's layered layout reads best, but takes minutes past a few hundred
-// pages with ways back and forth; the scalable force-directed one takes a
-// second or two for a thousand.
-constexpr std::size_t kLayeredPages = 200;
+// Graphviz's layered layout with curved arrows reads best, but its cost grows
+// with every arrow that crosses many layers: a quest of 60 pages whose every
+// page leads back to page 1 takes 20 seconds, one of 100 minutes. Past a
+// hundred-odd arrows the layers stay, with straight arrows and a bounded
+// placement (under a second at 100 such pages, 400 arrows); past that the
+// scalable force-directed layout takes over (a second or two at 1,000 pages).
+enum class Layout { Curved, Straight, Scattered };
 
-bool Large(const QuestGraph& g) { return g.pages.size() > kLayeredPages; }
+constexpr std::size_t kCurvedArrows = 120;
+constexpr std::size_t kLayeredArrows = 450;
+
+// The arrows QuestDot draws: options with a text or a destination, open exits.
+std::size_t ArrowCount(const QuestGraph& g) {
+  std::size_t arrows = 0;
+  for (const PageNode& page : g.pages) {
+    for (const OptionLink& o : page.options) arrows += !(o.text.empty() && o.destination.empty());
+    for (const BattleExit& e : page.exits) arrows += e.open;
+  }
+  return arrows;
+}
+
+Layout LayoutOf(const QuestGraph& g) {
+  std::size_t arrows = ArrowCount(g);
+  if (arrows > kLayeredArrows) return Layout::Scattered;
+  return arrows > kCurvedArrows ? Layout::Straight : Layout::Curved;
+}
+
+// The graph attributes and the Graphviz engine of each layout.
+const char* LayoutAttributes(Layout layout) {
+  switch (layout) {
+    case Layout::Curved: return "  rankdir=TB;\n";
+    case Layout::Straight: return "  rankdir=TB;\n  splines=line;\n  nslimit=0.5;\n  mclimit=0.5;\n";
+    case Layout::Scattered: break;
+  }
+  return "  overlap=prism;\n";
+}
+
+const char* Engine(const QuestGraph& g) { return LayoutOf(g) == Layout::Scattered ? "sfdp" : "dot"; }
 
 // One Graphviz context for the whole process: its text-layout plugin keeps
 // font data from one context to the next, so a context freed leaves the next
@@ -96,7 +128,7 @@ std::string QuestDot(const QuestGraph& g, std::string_view title) {
                "\", style=bold, color=\"" + color + "\", fontcolor=\"" + color + "\"];\n";
     }
   }
-  std::string layout = Large(g) ? "  overlap=prism;\n" : "  rankdir=TB;\n";
+  std::string layout = LayoutAttributes(LayoutOf(g));
   return "digraph quest {\n  label=\"" + Escaped(title, 200) + "\";\n  labelloc=t;\n  fontname=\"Helvetica\";\n" +
          layout + "  node [shape=box, fontname=\"Helvetica\"];\n"
          "  edge [fontname=\"Helvetica\", fontsize=10];\n" + nodes + edges + "}\n";
@@ -115,7 +147,7 @@ bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::
     error = "Graphviz could not read the quest's graph";
     return false;
   }
-  if (gvLayout(gvc, g.get(), Large(graph) ? "sfdp" : "dot") != 0) {
+  if (gvLayout(gvc, g.get(), Engine(graph)) != 0) {
     error = "Graphviz could not lay out the map";
     return false;
   }
@@ -185,7 +217,7 @@ bool RenderQuestMapPicture(const QuestGraph& graph, std::string_view title, MapP
   }
   agsafeset(g.get(), const_cast<char*>("dpi"), const_cast<char*>("96"), const_cast<char*>(""));
   agsafeset(g.get(), const_cast<char*>("pad"), const_cast<char*>("0.1"), const_cast<char*>(""));
-  if (gvLayout(gvc, g.get(), Large(graph) ? "sfdp" : "dot") != 0) {
+  if (gvLayout(gvc, g.get(), Engine(graph)) != 0) {
     error = "Graphviz could not lay out the map";
     return false;
   }
