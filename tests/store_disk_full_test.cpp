@@ -17,6 +17,8 @@
 #include <functional>
 #include <string>
 
+#include "forms/failure.h"
+#include "platform/disk_files.h"
 #include "store/profile.h"
 #include "test_program.h"
 
@@ -64,6 +66,16 @@ const Case kCases[] = {
      }},
     {"a page taken out",
      [](const QuestStore& s, const fs::path&, const fs::path& t) { return s.DeleteSection(t.string(), "50"); }},
+    {"a game packaged again over the old one",
+     [](const QuestStore&, const fs::path& folder, const fs::path& t) {
+       try {
+         DiskFiles().Copy((folder / "new.fbw").string(), t.string());
+         return true;
+       } catch (const Failure&) {
+         return false;
+       }
+     },
+     [](const fs::path& folder) { std::ofstream(folder / "new.fbw", std::ios::binary) << BigQuest() << BigQuest(); }},
 };
 
 bool TempBeside(const fs::path& file) {

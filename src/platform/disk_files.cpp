@@ -16,20 +16,15 @@ namespace fs = std::filesystem;
 namespace fw {
 namespace {
 
-// The destination of a copy, opened for writing only when it is a regular
-// file or missing: a FIFO must not wait for a reader, nor a device be written.
-int OpenCopyTarget(const std::string& path, const struct stat& source) {
+// The file a copy replaces, links followed: only a regular file or nothing
+// may be there, so a FIFO is never waited on nor a device written.
+bool CopyTarget(const std::string& to, const struct stat& source, fs::path& real) {
+  std::error_code ec;
+  real = fs::weakly_canonical(to, ec);
+  if (ec) return false;
   struct stat st;
-  if (::stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) return -1;
-  int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, source.st_mode & 07777);
-  if (fd < 0) return -1;
-  bool sameFile = ::fstat(fd, &st) == 0 && st.st_dev == source.st_dev && st.st_ino == source.st_ino;
-  if (!S_ISREG(st.st_mode) || sameFile) {
-    ::close(fd);
-    return -1;
-  }
-  ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
-  return fd;
+  if (::stat(real.c_str(), &st) != 0) return errno == ENOENT;
+  return S_ISREG(st.st_mode) && !(st.st_dev == source.st_dev && st.st_ino == source.st_ino);
 }
 
 bool CopyBytes(int from, int to) {
@@ -48,15 +43,57 @@ bool CopyBytes(int from, int to) {
   }
 }
 
+// The copy's bytes go into a new file beside the target, which takes the
+// target's name only once it is whole and on the disk: a full disk or a copy
+// cut short leaves the old file as it was. The file has no name while it is
+// written where the file system allows, and otherwise one that the store's
+// writers clear away as a leftover.
+class NewFileBeside {
+ public:
+  explicit NewFileBeside(const fs::path& target) : target_(target) {
+    fd_ = ::open(target.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (fd_ >= 0) return;
+    named_ = target.parent_path() / ("." + target.filename().string() + ".fw-copy-" + std::to_string(::getpid()));
+    fd_ = ::open(named_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  }
+  ~NewFileBeside() {
+    if (fd_ >= 0) ::close(fd_);
+    if (!named_.empty()) ::unlink(named_.c_str());
+  }
+  int fd() const { return fd_; }
+
+  // Synced, then put in the target's place.
+  bool Replace() {
+    if (::fsync(fd_) != 0) return false;
+    if (named_.empty()) {
+      named_ = target_.parent_path() / ("." + target_.filename().string() + ".fw-copy-" + std::to_string(::getpid()));
+      ::unlink(named_.c_str());
+      std::string self = "/proc/self/fd/" + std::to_string(fd_);
+      if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, named_.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+    }
+    if (::rename(named_.c_str(), target_.c_str()) != 0) return false;
+    named_.clear();
+    Fd folder{::open(target_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    if (folder.fd >= 0) ::fsync(folder.fd);
+    return true;
+  }
+
+ private:
+  fs::path target_, named_;
+  int fd_ = -1;
+};
+
 }  // namespace
 
 void DiskFiles::Copy(const std::string& from, const std::string& to) {
   Fd in{OpenRegularFile(from)};
   struct stat source;
   if (in.fd < 0 || ::fstat(in.fd, &source) != 0) throw Failure("File not found");
-  Fd out{OpenCopyTarget(to, source)};
-  if (out.fd < 0 || ::ftruncate(out.fd, 0) != 0 || !CopyBytes(in.fd, out.fd) ||
-      ::fchmod(out.fd, source.st_mode & 07777) != 0)
+  fs::path target;
+  if (!CopyTarget(to, source, target)) throw Failure("Path/File access error");
+  NewFileBeside out(target);
+  if (out.fd() < 0 || !CopyBytes(in.fd, out.fd()) || ::fchmod(out.fd(), source.st_mode & 07777) != 0 ||
+      !out.Replace())
     throw Failure("Path/File access error");
 }
 
