@@ -74,6 +74,11 @@ QFont ZoomedFont(const Font& f, double zoom) {
   return font;
 }
 
+// A form's own font: the table's, or the one the tables were laid out in,
+// MS Sans Serif at 8.25 points (here its metric twin), where it names none;
+// the desktop's larger font would cut their captions short.
+Font FormFont(const Font& f) { return HasFont(f) ? f : Font{"MS Sans Serif", 8.25f, f.bold}; }
+
 // The zooms a window is shown at.
 constexpr double kZooms[] = {1.0, 1.25, 1.5, 2.0, 2.5, 3.0, 4.0};
 
@@ -438,7 +443,7 @@ void QtWindows::Build(int form) {
     built.fitZoom = fw.fitZoom;
     if (atDefault) SetZoom(other, fw.fitZoom);
   }
-  client->setFont(ZoomedFont(t.look.font, fw.zoom));
+  client->setFont(ZoomedFont(FormFont(t.look.font), fw.zoom));
   ZoomChrome(form);
   for (int i = 0; i < static_cast<int>(t.controls.size()); ++i) ApplyFont({form, i});
   mirroring_ = true;
@@ -649,7 +654,7 @@ void QtWindows::SetZoom(int form, double zoom) {
   it->second.zoom = zoom;
   FormSurface& s = program_.surface();
   const FormDecl& t = s.Table(form);
-  it->second.window->centralWidget()->setFont(ZoomedFont(t.look.font, zoom));
+  it->second.window->centralWidget()->setFont(ZoomedFont(FormFont(t.look.font), zoom));
   ZoomChrome(form);
   bool was = mirroring_;
   mirroring_ = true;
