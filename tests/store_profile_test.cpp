@@ -1,14 +1,12 @@
 // The profile grammar, the writes that keep every other byte, and the files
 // on disk: no torn file after a crash, no key lost between two writers.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include "store/profile.h"
 #include "test_program.h"
@@ -159,31 +157,6 @@ TEST_F(ProfileFiles, AWriteKeepsPermissionsAndLeavesNoTemporaryFile) {
   struct stat st;
   ASSERT_EQ(::stat(quest.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0640u);
-  EXPECT_EQ(FilesIn(dir.str()), 2);  // the quest and home
-}
-
-TEST_F(ProfileFiles, AWriterKilledMidWriteLeavesTheOldOrTheNewFile) {
-  std::string quest = dir.str() + "/big.fbw";
-  std::string a(400000, 'a'), b(400000, 'b');
-  store.WriteINI(quest, "Story Info", "Title", "Kept");
-  store.WriteINI(quest, "1", "Page Text", a);
-  std::mt19937 rng(42);
-  for (int round = 0; round < 12; ++round) {
-    pid_t child = ::fork();
-    if (child == 0) {
-      for (int i = 0;; ++i) store.WriteINI(quest, "1", "Page Text", i % 2 ? a : b);
-    }
-    ::usleep(2000 + rng() % 20000);
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
-    std::string text = Slurp(quest);
-    std::string value(FindProfileValue(text, "1", "Page Text"));
-    EXPECT_TRUE(value == std::string(8999, 'a') || value == std::string(8999, 'b')) << "round " << round;
-    EXPECT_EQ(text.size(), 400000 + 43u) << "round " << round;
-    EXPECT_EQ(FindProfileValue(text, "Story Info", "Title"), "Kept");
-  }
-  // A killed writer may leave its temporary file; the next write removes it.
-  store.WriteINI(quest, "Story Info", "Title", "Kept");
   EXPECT_EQ(FilesIn(dir.str()), 2);  // the quest and home
 }
 
