@@ -2,7 +2,10 @@
 // the tune's end comes back on the program's own thread.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "media/midi_api.h"
 #include "media/midi_state.h"
@@ -43,6 +46,37 @@ TEST(FluidSequencer, RendersAToneAndRestartsAtTheEndOfTheTune) {
   Command2_Click(p);
   fluid.Render(1.0);  // the release tail dies away
   EXPECT_LT(fluid.Render(0.2), 0.001f);
+}
+
+// A synth with nothing to play renders silence for as long as its driver
+// runs. Here the driver writes a WAV file, which grows while a tune plays,
+// stops once the tune is closed, and starts again with the next tune.
+TEST(FluidSequencer, FeedsTheSoundCardOnlyWhileATuneIsOpen) {
+  if (FindSoundfont().empty()) GTEST_SKIP() << "no General MIDI soundfont installed";
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/tune.mid", std::ios::binary) << WriteMidi({{0, 4800, 64, 110}}, 480, 500000, 0);
+  std::string wav = dir.str() + "/card.wav";
+  FluidSequencer fluid(true, FindSoundfont(), wav);
+  HeadlessPlatform platform;
+  Services services = platform.services();
+  services.sequencer = &fluid;
+  Program p(services, AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
+  auto grows = [&] {
+    std::error_code ec;
+    auto before = std::filesystem::file_size(wav, ec);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    auto after = std::filesystem::file_size(wav, ec);
+    return !ec && after > before;
+  };
+
+  EXPECT_FALSE(std::filesystem::exists(wav));  // no tune yet, no sound
+  StartMidi(p, "tune.mid", true, 1);
+  ASSERT_TRUE(Midi(p).MidiOpen);
+  EXPECT_TRUE(grows());
+  Command2_Click(p);
+  EXPECT_FALSE(grows());
+  StartMidi(p, "tune.mid", true, 1);
+  EXPECT_TRUE(grows());
 }
 
 }  // namespace

@@ -20,8 +20,9 @@ namespace fw {
 // without sound.
 class FluidSequencer : public Sequencer {
  public:
-  // withAudio false: no audio driver; Render pulls the samples instead.
-  explicit FluidSequencer(bool withAudio = true, std::string soundfont = FindSoundfont());
+  // withAudio false: no audio driver; Render pulls the samples instead. An
+  // audioFile sends the sound to that WAV file instead of the sound card.
+  explicit FluidSequencer(bool withAudio = true, std::string soundfont = FindSoundfont(), std::string audioFile = "");
   ~FluidSequencer() override;
   FluidSequencer(const FluidSequencer&) = delete;
   FluidSequencer& operator=(const FluidSequencer&) = delete;
@@ -38,10 +39,14 @@ class FluidSequencer : public Sequencer {
  private:
   bool EnsureSynth();
   void DropPlayer();
+  void StartAudio();
+  void StopAudio();
 
   bool withAudio_;
   std::string soundfont_;
+  std::string audioFile_;
   bool synthFailed_ = false;
+  bool audioFailed_ = false;
   fluid_settings_t* settings_ = nullptr;
   fluid_synth_t* synth_ = nullptr;
   fluid_audio_driver_t* driver_ = nullptr;
