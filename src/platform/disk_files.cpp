@@ -43,17 +43,23 @@ bool CopyBytes(int from, int to) {
   }
 }
 
+// The hidden name a copy's new file has beside its target while it is named.
+fs::path NameBeside(const fs::path& target) {
+  return target.parent_path() / ("." + target.filename().string() + ".fw-copy-" + std::to_string(::getpid()));
+}
+
 // The copy's bytes go into a new file beside the target, which takes the
 // target's name only once it is whole and on the disk: a full disk or a copy
-// cut short leaves the old file as it was. The file has no name while it is
-// written where the file system allows, and otherwise one that the store's
-// writers clear away as a leftover.
+// cut short leaves the old file as it was. The new file has no name while it
+// is written where the file system allows, so a copier killed meanwhile
+// leaves nothing; elsewhere it has a hidden one, removed when the copy fails.
 class NewFileBeside {
  public:
   explicit NewFileBeside(const fs::path& target) : target_(target) {
     fd_ = ::open(target.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
     if (fd_ >= 0) return;
-    named_ = target.parent_path() / ("." + target.filename().string() + ".fw-copy-" + std::to_string(::getpid()));
+    named_ = NameBeside(target);
+    ::unlink(named_.c_str());  // a leftover of an earlier process of this number
     fd_ = ::open(named_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   }
   ~NewFileBeside() {
@@ -66,10 +72,13 @@ class NewFileBeside {
   bool Replace() {
     if (::fsync(fd_) != 0) return false;
     if (named_.empty()) {
-      named_ = target_.parent_path() / ("." + target_.filename().string() + ".fw-copy-" + std::to_string(::getpid()));
+      named_ = NameBeside(target_);
       ::unlink(named_.c_str());
       std::string self = "/proc/self/fd/" + std::to_string(fd_);
-      if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, named_.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+      if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, named_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        named_.clear();  // nothing was made
+        return false;
+      }
     }
     if (::rename(named_.c_str(), target_.c_str()) != 0) return false;
     named_.clear();
