@@ -69,11 +69,14 @@ enum class Layout { Curved, Straight, Scattered };
 constexpr std::size_t kCurvedArrows = 120;
 constexpr std::size_t kLayeredArrows = 450;
 
-// The arrows QuestDot draws: options with a text or a destination, open exits.
+// An option the map draws: one with a text or a destination.
+bool Drawn(const OptionLink& o) { return !o.text.empty() || !o.destination.empty(); }
+
+// The arrows the map draws: its options and the battles' open exits.
 std::size_t ArrowCount(const QuestGraph& g) {
   std::size_t arrows = 0;
   for (const PageNode& page : g.pages) {
-    for (const OptionLink& o : page.options) arrows += !(o.text.empty() && o.destination.empty());
+    for (const OptionLink& o : page.options) arrows += Drawn(o);
     for (const BattleExit& e : page.exits) arrows += e.open;
   }
   return arrows;
@@ -114,7 +117,7 @@ std::string QuestDot(const QuestGraph& g, std::string_view title) {
     nodes += PageNodeLine(g, i);
     const PageNode& page = g.pages[i];
     for (const OptionLink& o : page.options) {
-      if (o.text.empty() && o.destination.empty()) continue;
+      if (!Drawn(o)) continue;
       std::string to = Target(o.destination, o.target, missing, nodes);
       std::string style = o.canShow ? "" : ", style=dotted, color=\"#c03030\"";
       edges += "  " + NodeId(i) + " -> " + to + " [label=\"" + OptionLabel(o) + "\"" + style + "];\n";
