@@ -1,8 +1,8 @@
 // The profile grammar, the writes that keep every other byte, and the files
-// on disk: no torn file after a crash, no key lost between two writers.
+// on disk. Writers in other processes are store_crash_test's and
+// store_disk_test's.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -57,12 +57,6 @@ TEST(ProfileGrammar, EveryLineEndAndAByteOrderMark) {
   EXPECT_EQ(FindProfileValue("[a]\nk=lf\n", "A", "K"), "lf");
   EXPECT_EQ(FindProfileValue("\xEF\xBB\xBF[a]\r\nk=bom\r\n", "a", "k"), "bom");
   EXPECT_EQ(FindProfileValue("[a]\r\nk=first line\r\nsecond line\r\n", "a", "k"), "first line");
-}
-
-TEST(ProfileGrammar, ValuesAreCutAt8999Characters) {
-  std::string exact(8999, 'x'), over(9000, 'y');
-  EXPECT_EQ(FindProfileValue("[a]\r\nk=" + exact + "\r\n", "a", "k"), exact);
-  EXPECT_EQ(FindProfileValue("[a]\r\nk=" + over + "\r\n", "a", "k"), over.substr(0, 8999));
 }
 
 TEST(ProfileWrites, ReplaceInPlaceAndKeepEveryOtherByte) {
@@ -158,25 +152,6 @@ TEST_F(ProfileFiles, AWriteKeepsPermissionsAndLeavesNoTemporaryFile) {
   ASSERT_EQ(::stat(quest.c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0640u);
   EXPECT_EQ(FilesIn(dir.str()), 2);  // the quest and home
-}
-
-TEST_F(ProfileFiles, TwoProcessesWritingDifferentKeysLoseNeither) {
-  std::string quest = dir.str() + "/shared.fbw";
-  store.WriteINI(quest, "Story Info", "Title", "Shared");
-  pid_t children[2];
-  for (int c = 0; c < 2; ++c) {
-    children[c] = ::fork();
-    if (children[c] == 0) {
-      for (int i = 0; i < 60; ++i) store.WriteINI(quest, "Page", "Writer" + std::to_string(c) + "Key" + std::to_string(i), "v");
-      ::_exit(0);
-    }
-  }
-  for (pid_t child : children) ::waitpid(child, nullptr, 0);
-  std::string text = Slurp(quest);
-  for (int c = 0; c < 2; ++c)
-    for (int i = 0; i < 60; ++i)
-      EXPECT_EQ(FindProfileValue(text, "Page", "Writer" + std::to_string(c) + "Key" + std::to_string(i)), "v");
-  EXPECT_EQ(FilesIn(dir.str()), 2);
 }
 
 }  // namespace

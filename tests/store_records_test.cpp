@@ -1,5 +1,5 @@
-// The scrambler on the worked save of the record format, its ends, and the
-// ini command that reads and writes single keys.
+// The scrambler's ends and length limit, and the ini command that reads and
+// writes single keys. The worked save's bytes are checked by saved_game_test.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,27 +8,11 @@
 #include "forms/failure.h"
 #include "store/ini_command.h"
 #include "store/profile.h"
-#include "store/records.h"
 #include "store/scrambler.h"
 #include "test_program.h"
 
 namespace fw {
 namespace {
-
-TEST(Scrambler, TheWorkedSaveComesOutByteForByte) {
-  EXPECT_EQ(Encode("A dark cave."), std::string({61, 28, 96, 93, 110, 103, 28, 95, 93, 114, 97, 42}));
-  EXPECT_EQ(Encode("Go north"), "Ck\x1cjknpd");
-  EXPECT_EQ(Encode("Go back"), "Ck\x1c^]_g");
-  EXPECT_EQ(Encode("7"), "3");
-  EXPECT_EQ(Encode("12"), "-.");
-  EXPECT_EQ(Encode("Thera"), "Pdan]");
-  EXPECT_EQ(Encode("33"), "//");
-  EXPECT_EQ(Encode("15"), "-1");
-  EXPECT_EQ(Encode("14"), "-0");
-  EXPECT_EQ(Encode("1"), "-");
-  EXPECT_EQ(Encode(""), "");
-  EXPECT_EQ(Encode("\r\n"), "\x09\x06");
-}
 
 TEST(Scrambler, TheShiftHasEndsAndALengthLimit) {
   std::string all;
@@ -40,14 +24,6 @@ TEST(Scrambler, TheShiftHasEndsAndALengthLimit) {
   EXPECT_EQ(Decode("never encoded"), "riziv$irgshih");
   EXPECT_NO_THROW(Encode(std::string(32767, 'x')));
   EXPECT_THROW(Encode(std::string(32768, 'x')), Failure);
-}
-
-TEST(Records, LayoutsKeepTheirWritingOrder) {
-  EXPECT_STREQ(kSavedGameKeys[7].key, "HowMuchInList");
-  EXPECT_FALSE(kSavedGameKeys[7].scrambled);
-  EXPECT_STREQ(kSavedGameKeys[12].key, "CharLevel");
-  for (std::size_t i = 0; i < std::size(kCharacterKeys); ++i)
-    EXPECT_STREQ(kCharacterKeys[i].key, kSavedGameKeys[8 + i].key);
 }
 
 TEST(IniCommand, GetSetScrambledAndRefusals) {
