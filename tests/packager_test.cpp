@@ -36,11 +36,6 @@ void Write(const fs::path& path, const std::string& text, fs::perms perms = fs::
   fs::permissions(path, perms);
 }
 
-std::string Read(const fs::path& path) {
-  std::ifstream in(path);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // The editor's quest, the packager's window filled in, and a running
 // executable (a script) with two files of its own, one of them missing.
 struct Packager {
@@ -83,15 +78,15 @@ TEST(Packager, RuntimeFilesGoIntoTheirFoldersInOrderAndAMissingOneIsSkipped) {
                      {t.dir.str() + "/sys/libqoffscreen.so", "plugins/platforms/libqoffscreen.so"},
                      {t.dir.str() + "/sys/font.sf2", "soundfont.sf2"}};
   t.Compile(7);
-  EXPECT_EQ(Read(t.game() / "lib" / "liba.so.1"), "a");
+  EXPECT_EQ(testing::FileBytes(t.game() / "lib" / "liba.so.1"), "a");
   EXPECT_FALSE(fs::exists(t.game() / "lib" / "missing.so"));
-  EXPECT_EQ(Read(t.game() / "plugins" / "platforms" / "libqoffscreen.so"), "p");
-  EXPECT_EQ(Read(t.game() / "soundfont.sf2"), "f");
+  EXPECT_EQ(testing::FileBytes(t.game() / "plugins" / "platforms" / "libqoffscreen.so"), "p");
+  EXPECT_EQ(testing::FileBytes(t.game() / "soundfont.sf2"), "f");
   // The copy runs as the program itself did, and its own files stand beside it.
   struct stat st {};
   ASSERT_EQ(::stat((t.game() / "Two Words").c_str(), &st), 0);
   EXPECT_TRUE(st.st_mode & S_IXUSR);
-  EXPECT_EQ(Read(t.game() / "fablewright-qt.so"), "module");
+  EXPECT_EQ(testing::FileBytes(t.game() / "fablewright-qt.so"), "module");
   EXPECT_FALSE(fs::exists(t.game() / "gone.so"));
   ASSERT_EQ(t.runtime.adopted.size(), 1u);
   EXPECT_EQ(fs::path(t.runtime.adopted[0].first).lexically_normal(), fs::path(t.game().string() + "/"));
@@ -204,7 +199,7 @@ TEST(LinkedRuntime, AdoptPointsTheCopyItsModulesPluginsAndWanderingLibrariesAtLi
   EXPECT_EQ(runPath(game / "lib/libz.so.1"), "");
   EXPECT_EQ(runPath(game / "plugins/platforms/libq.so"), "$ORIGIN/../../lib");
   EXPECT_EQ(runPath(game / "lib/gstreamer-1.0/libgstq.so"), "$ORIGIN/..");
-  EXPECT_EQ(Read(game / "qt.conf"), "[Paths]\nPrefix=.\nPlugins=plugins\n");
+  EXPECT_EQ(testing::FileBytes(game / "qt.conf"), "[Paths]\nPrefix=.\nPlugins=plugins\n");
   // The run path as this program reads it, against patchelf's reading.
   for (const char* file : {"Game", "lib/libwander.so", "lib/libz.so.1", "lib/gstreamer-1.0/libgstq.so"})
     EXPECT_EQ(ElfRunPath((game / file).string()), runPath(game / file)) << file;

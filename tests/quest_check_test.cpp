@@ -203,8 +203,7 @@ TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
   std::ostringstream out, err;
   std::string svg = t.dir.str() + "/map.svg";
   ASSERT_EQ(RunMapCommand({kFixtures + "destination-missing.fbw", "-o", svg}, out, err), 0) << err.str();
-  std::ifstream in(svg);
-  std::string text((std::istreambuf_iterator<char>(in)), {});
+  std::string text = testing::FileBytes(svg);
   for (int i = 0; i < 5; ++i) {
     std::string title = "<title>p" + std::to_string(i) + "</title>";
     std::size_t at = text.find(title);
@@ -253,8 +252,7 @@ int MappedNodes(int pages, int options) {
   EXPECT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
   EXPECT_EQ(out.str(), "Map of " + std::to_string(pages) + " pages written to " + svg + "\n");
   EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
-  std::ifstream in(svg);
-  std::string text((std::istreambuf_iterator<char>(in)), {});
+  std::string text = testing::FileBytes(svg);
   int nodes = 0;
   for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
   return nodes;

@@ -38,13 +38,8 @@ std::string Explore(std::vector<std::string> args, int expected = 0) {
   return out.str();
 }
 
-std::string FileText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
-  std::string before = FileText(kQuest);
+  std::string before = testing::FileBytes(kQuest);
   // Nine states: the yard, the door (always with the key), the cellar door,
   // the fight, the treasure at 11 and at 0, home at 1 and at 0, the wall.
   EXPECT_EQ(Explore({kQuest, "--fights", "0"}), "States: 9\n" + kCoverage + "Battle at page 6: met in 1 states\n");
@@ -56,7 +51,7 @@ TEST(QuestExplore, SearchFindsExactlyTheStatesBuiltIn) {
                                                      "\\(1000 fights\\); escaping once a blow could kill: win "
                                                      "[0-9.]+%, loss [0-9.]+%, escape [0-9.]+%\n$")))
       << balanced;
-  EXPECT_EQ(FileText(kQuest), before);  // played on a copy
+  EXPECT_EQ(testing::FileBytes(kQuest), before);  // played on a copy
 }
 
 TEST(QuestExplore, RandomGamesCoverTheSameAndRepeatWithTheSeed) {

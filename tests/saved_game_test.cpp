@@ -97,8 +97,7 @@ TEST(SavedGameFile, WorkedExampleByteForByte) {
   g.List1.AddItem("Map");
   t.platform.dialogs.QueueFile("FrmGame.file", sav);
   frmgame::mnusave_Click(p);
-  std::ifstream in(sav, std::ios::binary);
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  std::string bytes = testing::FileBytes(sav);
   EXPECT_EQ(bytes,
             "[saved game]\r\nroom==\x1c`]ng\x1c_]ra*\r\noption 1=Ck\x1cjknpd\r\noption 2=Ck\x1c^]_g\r\n"
             "option 3=\r\noption 4=\r\npage=3\r\nPoo=-.\r\nHowMuchInList=2\r\n"
@@ -136,8 +135,7 @@ TEST(DownloadedValues, ALineBreakInADecodedValueCutsItBeforeItReachesTheQuest) {
   g.questfil.SetCaption(quest);
   g.pg.SetCaption("1");
   auto expectQuest = [&](const std::string& character) {
-    std::ifstream in(quest, std::ios::binary);
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string text = testing::FileBytes(quest);
     EXPECT_EQ(text, "[CharacterData]\r\nCharCreateAllow=1\r\n" + character + "[1]\r\nPage Text=One.\r\n");
   };
 

@@ -25,11 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string FileText(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // A child process running `work`, which ends with the test should the test end first.
 pid_t Spawn(const std::function<int()>& work) {
   pid_t pid = ::fork();
@@ -91,7 +86,7 @@ TEST(StoreCrash, AWriterKilledAtRandomPointsLeavesEveryKeyAsOneRunOfItsWritesLef
 
     // Every key once, in its place, and the file as one run of writes left
     // it: the last write found, and every write before it, and none after.
-    std::vector<ProfileEntry> entries = ProfileEntries(FileText(quest));
+    std::vector<ProfileEntry> entries = ProfileEntries(testing::FileBytes(quest));
     ASSERT_EQ(entries.size(), static_cast<std::size_t>(kKeys)) << "after round " << rounds;
     long last = 0;
     for (const ProfileEntry& e : entries) last = std::max(last, std::stol(e.value));
@@ -169,14 +164,14 @@ TEST(StoreConcurrency, ACharacterWrittenWhileTheEditorWritesAndSavesIsNeitherLos
   ASSERT_EQ(Wait(player), 0);
   ASSERT_EQ(Wait(editor), 0);
 
-  std::string text = FileText(working);
+  std::string text = testing::FileBytes(working);
   for (const char* f : fields) EXPECT_EQ(FindProfileValue(text, "CharacterData", f), std::to_string(kRounds)) << f;
   for (int n = kRounds - 4; n <= kRounds; ++n)
     EXPECT_EQ(FindProfileValue(text, std::to_string(n % 5 + 2), "Location"), "Room " + std::to_string(n));
   // The quest is a whole copy of the working file as it stood at the last
   // save: every page written by then, and one character, never half of two.
   std::map<std::string, std::string> saved;
-  for (const ProfileEntry& e : ProfileEntries(FileText(quest))) saved[e.section + "/" + e.key] = e.value;
+  for (const ProfileEntry& e : ProfileEntries(testing::FileBytes(quest))) saved[e.section + "/" + e.key] = e.value;
   EXPECT_EQ(saved["1/Page Text"], "One.");
   for (int n = kRounds - 4; n <= kRounds; ++n)
     EXPECT_EQ(saved[std::to_string(n % 5 + 2) + "/Location"], "Room " + std::to_string(n));

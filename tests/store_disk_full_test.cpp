@@ -27,11 +27,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string FileText(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // A quest of about 64 KB.
 std::string BigQuest() {
   std::string text = "[Story Info]\r\nTitle=Full\r\n";
@@ -93,7 +88,7 @@ Found WriteWithoutRoom(const Case& c, const fs::path& folder, const std::functio
   c.prepare(folder);
   if (!fill()) return kSetupFailed;
   if (c.write(store, folder, quest)) return kClaimedDone;
-  if (FileText(quest) != old) return kOldFileChanged;
+  if (testing::FileBytes(quest) != old) return kOldFileChanged;
   if (TempBeside(quest)) return kTempLeft;
   return kKept;
 }

@@ -14,11 +14,6 @@
 namespace fw {
 namespace {
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 TEST(ProfileGrammar, LookupsIgnoreCaseTrimAndTakeTheFirstMatch) {
   std::string t =
       "Orphan=before any header\r\n"
@@ -119,7 +114,7 @@ TEST_F(ProfileFiles, ReadsCreateNothingAndWritesCreateTheFile) {
   EXPECT_EQ(store.ReadINI(quest, "Story Info", "Title"), "");
   EXPECT_FALSE(std::filesystem::exists(quest));
   store.WriteINI(quest, "Story Info", "Title", "The Old Mill");
-  EXPECT_EQ(Slurp(quest), "[Story Info]\r\nTitle=The Old Mill\r\n");
+  EXPECT_EQ(testing::FileBytes(quest), "[Story Info]\r\nTitle=The Old Mill\r\n");
   EXPECT_EQ(store.ReadINI(quest, "STORY INFO", "title"), "The Old Mill");
   store.WriteINI(dir.str() + "/missing/q.fbw", "a", "b", "c");  // silent
   EXPECT_EQ(FilesIn(dir.str()), 2);
@@ -130,7 +125,7 @@ TEST_F(ProfileFiles, SeveralKeysGoInAsOneChangeOrNotAtAll) {
   store.WriteINI(save, "List Data", "2", "Rope");
   const QuestStore::Entry keys[] = {{"saved game", "page", "3"}, {"", "ignored", "x"}, {"List Data", "0", "Key"}};
   EXPECT_TRUE(store.WriteINIKeys(save, keys));
-  EXPECT_EQ(Slurp(save), "[List Data]\r\n2=Rope\r\n0=Key\r\n[saved game]\r\npage=3\r\n");
+  EXPECT_EQ(testing::FileBytes(save), "[List Data]\r\n2=Rope\r\n0=Key\r\n[saved game]\r\npage=3\r\n");
   EXPECT_FALSE(store.WriteINIKeys(dir.str() + "/missing/g.sav", keys));
   // Nothing to write touches nothing, not even a missing file.
   EXPECT_TRUE(store.WriteINIKeys(dir.str() + "/none.sav", {}));

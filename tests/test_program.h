@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <span>
 #include <string>
 
@@ -29,6 +31,12 @@ struct TempDir {
     return n;
   }
 };
+
+// The bytes a file holds; empty when it cannot be read.
+inline std::string FileBytes(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
 
 struct TestProgram {
   TempDir dir;
