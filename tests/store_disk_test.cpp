@@ -29,16 +29,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 void Put(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 // Whether a file still holds `text`, told briefly: quests here are long.
 ::testing::AssertionResult Holds(const std::string& path, const std::string& text) {
-  std::string now = Slurp(path);
+  std::string now = testing::FileBytes(path);
   if (now == text) return ::testing::AssertionSuccess();
   return ::testing::AssertionFailure() << path << " holds " << now.size() << " bytes, not the " << text.size()
                                        << " expected";
@@ -105,7 +100,7 @@ TEST_F(RealDisk, WritesGoToTheFileALinkNames) {
   store.WriteINI(link, "1", "B", "2");
   store.WriteINI(chain, "1", "C", "3");
   EXPECT_TRUE(fs::is_symlink(link));
-  EXPECT_EQ(Slurp(quest), "[1]\r\nA=1\r\nB=2\r\nC=3\r\n");
+  EXPECT_EQ(testing::FileBytes(quest), "[1]\r\nA=1\r\nB=2\r\nC=3\r\n");
   // A link that leads nowhere is not written, and nothing is made for it.
   fs::create_symlink("../a/gone.fbw", root + "/b/dangling.fbw");
   const QuestStore::Entry entry{"1", "A", "1"};
@@ -130,7 +125,7 @@ TEST_F(RealDisk, WritersThroughALinkAndThroughThePathLoseNoKey) {
     }
   }
   for (pid_t child : children) ::waitpid(child, nullptr, 0);
-  std::string text = Slurp(quest);
+  std::string text = testing::FileBytes(quest);
   int lost = 0;
   for (int c = 0; c < 2; ++c)
     for (int i = 0; i < 80; ++i) lost += FindProfileValue(text, "Page", std::to_string(c) + "-" + std::to_string(i)) != "v";
@@ -163,7 +158,7 @@ TEST_F(RealDisk, FifosAndDevicesReadAsMissingAndAreNeverWritten) {
   ASSERT_EQ(::stat(fifo.c_str(), &st), 0);
   EXPECT_TRUE(S_ISFIFO(st.st_mode));
   EXPECT_FALSE(fs::exists(root + "/copy"));
-  EXPECT_EQ(Slurp(quest), "[1]\r\nk=v\r\n");
+  EXPECT_EQ(testing::FileBytes(quest), "[1]\r\nk=v\r\n");
 }
 
 TEST_F(RealDisk, HeadReadsOnlyWhatTheFileHoldsAndCopyCopiesIt) {
@@ -175,7 +170,7 @@ TEST_F(RealDisk, HeadReadsOnlyWhatTheFileHoldsAndCopyCopiesIt) {
   EXPECT_EQ(files.Head(quest, 3), "[1]");
   Put(root + "/old", std::string(100, 'x'));
   files.Copy(quest, root + "/old");
-  EXPECT_EQ(Slurp(root + "/old"), "[1]\r\nk=v\r\n");
+  EXPECT_EQ(testing::FileBytes(root + "/old"), "[1]\r\nk=v\r\n");
   EXPECT_EQ(fs::status(root + "/old").permissions(), fs::perms(0640));
 }
 
@@ -281,9 +276,9 @@ TEST_F(RealDisk, AFileItsPermissionsKeepFromTheWriterStaysAsItIs) {
   ::chmod(shut.c_str(), 0755);
   if (code == 77) GTEST_SKIP() << "cannot become an unprivileged user to test permissions";
   EXPECT_EQ(code, 0);
-  EXPECT_EQ(Slurp(openDir + "/locked.fbw"), "[1]\r\nk=old\r\n");
+  EXPECT_EQ(testing::FileBytes(openDir + "/locked.fbw"), "[1]\r\nk=old\r\n");
   EXPECT_EQ(fs::status(openDir + "/locked.fbw").permissions(), fs::perms(0444));
-  EXPECT_EQ(Slurp(shut + "/shared.fbw"), "[1]\r\nk=new\r\nlong=y\r\n");
+  EXPECT_EQ(testing::FileBytes(shut + "/shared.fbw"), "[1]\r\nk=new\r\nlong=y\r\n");
   EXPECT_TRUE(Leftovers(openDir).empty());
 }
 
@@ -299,14 +294,6 @@ TEST_F(RealDisk, TheIniCommandSaysWhenAFileCannotBeReadOrWritten) {
   EXPECT_EQ(RunIni(root, {"get", quest, "1", "other"}, &printed, &said), 0);
   EXPECT_EQ(printed, "\n");
   EXPECT_EQ(said, "");
-}
-
-TEST_F(RealDisk, AScrambledCodeZeroEndsTheStoredValue) {
-  std::string save = root + "/g.sav", printed;
-  EXPECT_EQ(RunIni(root, {"set", save, "saved game", "k", "a\x04" "b", "--scrambled"}), 0);
-  EXPECT_EQ(Slurp(save), "[saved game]\r\nk=]\r\n");
-  EXPECT_EQ(RunIni(root, {"get", save, "saved game", "k", "--scrambled"}, &printed), 0);
-  EXPECT_EQ(printed, "a\n");
 }
 
 }  // namespace
