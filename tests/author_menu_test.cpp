@@ -13,8 +13,6 @@
 #include "editor/quest_explore.h"
 #include "forms/controls.h"
 #include "forms/user_actions.h"
-#include "play/game_state.h"
-#include "play/start_quest.h"
 #include "shell/forms.h"
 #include "store/program_store.h"
 #include "test_program.h"
@@ -23,11 +21,6 @@ namespace fw {
 namespace {
 
 const std::string kFixtures = std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/";
-
-std::string FileText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // A started program with the editor open on a fixture quest.
 struct Editor {
@@ -126,25 +119,9 @@ TEST(AuthorMenu, EachFindingSelectsItsPage) {
   }
 }
 
-TEST(AuthorMenu, CheckAgainReadsTheWorkingFileAsItIsNow) {
-  Editor e("check/clean.fbw");
-  ASSERT_EQ(e.Act("createquest", "mnucheckquest"), "");
-  EXPECT_EQ(ListBox(e.s, "FrmFindings", "lstFindings").ListCount(), 0);
-  EXPECT_EQ(e.Caption("FrmFindings", "lblFindings"), "No findings: the quest plays as it is written.");
-  // An option on page 1 to a page that does not exist.
-  ASSERT_EQ(e.Act("createquest", "pg", UserAction::Choose, 0), "");
-  ASSERT_EQ(fw::Act(e.t.program, e.Id("createquest", "Text5"), UserAction::Type, "Jump"), "");
-  ASSERT_EQ(fw::Act(e.t.program, e.Id("createquest", "Text9"), UserAction::Type, "77"), "");
-  ASSERT_EQ(e.Act("FrmFindings", "cmdCheckAgain"), "");
-  ListBox list(e.s, "FrmFindings", "lstFindings");
-  ASSERT_EQ(list.ListCount(), 1);
-  EXPECT_TRUE(list.List(0).starts_with("1: error: ")) << list.List(0);
-  EXPECT_EQ(e.Caption("FrmFindings", "lblFindings"), "1 error, 0 warnings. Click one to select its page.");
-}
-
 TEST(AuthorMenu, TheReportIsTheExplorersAndLeavesTheAuthorsGameAlone) {
   Editor e("explore/known.fbw");
-  std::string working = FileText(e.t.dir.str() + "/tmpquest.ini");
+  std::string working = testing::FileBytes(e.t.dir.str() + "/tmpquest.ini");
   std::string questfil = Label(e.s, "FrmGame", "questfil").Caption();
   ASSERT_EQ(e.Act("createquest", "mnuexplorequest"), "");
   EXPECT_TRUE(FormHandle(e.s, "FrmExplore").Visible());
@@ -156,7 +133,7 @@ TEST(AuthorMenu, TheReportIsTheExplorersAndLeavesTheAuthorsGameAlone) {
   EXPECT_EQ(report.find('\n', report.find('\n') + 1) - 1, report.find('\r', report.find('\n') + 1));
   EXPECT_EQ(TextBox(e.s, "FrmExplore", "txtReport").SelStart(), 0);
   // Played in a program of its own, on a copy that is gone afterwards.
-  EXPECT_EQ(FileText(e.t.dir.str() + "/tmpquest.ini"), working);
+  EXPECT_EQ(testing::FileBytes(e.t.dir.str() + "/tmpquest.ini"), working);
   EXPECT_FALSE(std::filesystem::exists(e.t.dir.str() + "/tmpexplore.ini"));
   EXPECT_EQ(Label(e.s, "FrmGame", "questfil").Caption(), questfil);
   EXPECT_EQ(e.SelectedPage(), "1");
@@ -168,22 +145,6 @@ TEST(AuthorMenu, TheReportIsTheExplorersAndLeavesTheAuthorsGameAlone) {
   ASSERT_EQ(e.Act("FrmExplore", "cmdExploreAgain"), "");
   report = TextBox(e.s, "FrmExplore", "txtReport").Text();
   EXPECT_EQ(report.find("Dead end at page 8"), std::string::npos) << report;
-}
-
-TEST(AuthorMenu, ATestPlayStartsAtTheChosenPageAsIfTheQuestBeganThere) {
-  Editor e("explore/known.fbw");
-  GameState g(e.t.program);
-  LoadTmpGame(e.t.program, "2");
-  EXPECT_EQ(g.pg.Caption(), "2");
-  EXPECT_EQ(g.score.Caption(), "0");
-  EXPECT_TRUE(g.Text1.Text().ends_with("\r\n>\r\nDoor\r\n>\r\n")) << g.Text1.Text();
-  EXPECT_EQ(g.Text1.Text().find("Yard"), std::string::npos);
-  EXPECT_EQ(g.Option1.Caption(), "Open the door");
-  EXPECT_EQ(g.Option3.Caption(), "Climb");
-  // Page 1 by default, as Test Game has it.
-  LoadTmpGame(e.t.program);
-  EXPECT_EQ(g.pg.Caption(), "1");
-  EXPECT_EQ(g.Option1.Caption(), "Take the key");
 }
 
 }  // namespace

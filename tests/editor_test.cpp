@@ -21,11 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string ReadAll(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // A program on a per-user folder of the caller's, started, editor open.
 struct Editor {
   HeadlessPlatform platform;
@@ -72,70 +67,12 @@ TEST(EditorBackups, EachSaveKeepsTheQuestItReplacesTheEleventhDropsTheOldest) {
   for (const auto& entry : fs::directory_iterator(dir.path)) EXPECT_FALSE(entry.path().filename().string().starts_with(".tale"));
 }
 
-// The road the editor exists for: pages written, the program gone before a
-// save, the work offered back, saved, saved again, opened afresh with every
-// field as it was, and the older version among the backups.
-TEST(EditorRoad, WorkWrittenSurvivesAnEndBeforeSavingAndEverySave) {
-  testing::TempDir dir;
-  fs::path quest = dir.path / "road.fbw";
-  {
-    Editor e(dir.str());
-    e.Open();
-    e.Type("Text10", "The Road");
-    e.Type("Text1", "A fork.");
-    e.Type("Text2", "Left");
-    e.Type("Text6", "2");
-    e.Type("Text17", "5");
-    e.Type("Text21", "Map");
-    ASSERT_EQ(Act(e.p, e.Id("Check1"), UserAction::Check, {}, 1), "");
-    ASSERT_EQ(Act(e.p, e.Id("Command1"), UserAction::Click), "");
-    ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 1), "");
-    e.Type("Text1", "The left road.");
-    ASSERT_EQ(Act(e.p, e.Id("Check5"), UserAction::Check, {}, 1), "");
-  }  // the program ends with nothing saved
-  Editor e(dir.str());
-  e.platform.dialogs.QueueAnswer(6);
-  e.Open();
-  ASSERT_EQ(e.platform.dialogs.unchecked().size(), 1u);
-  e.platform.dialogs.unchecked().clear();
-  e.Save(quest);
-  e.Type("Text1", "A fork in the road.");
-  e.Save(quest);
-
-  e.platform.dialogs.QueueAnswer(6);
-  ASSERT_EQ(Act(e.p, e.Id("mnunew"), UserAction::Click), "");
-  e.platform.dialogs.QueueFile("createquest.questfile", quest.string());
-  ASSERT_EQ(Act(e.p, e.Id("mnuloadquest"), UserAction::Click), "");
-  ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 0), "");
-  FormSurface& s = e.p.surface();
-  auto text = [&](const char* name) { return s.At(e.Id(name)).caption; };
-  auto check = [&](const char* name) { return s.At(e.Id(name)).checkValue; };
-  EXPECT_EQ(ListBox(s, "createquest", "pg").ListCount(), 2);
-  EXPECT_EQ(text("Text10"), "The Road");
-  EXPECT_EQ(text("Text1"), "A fork in the road.");
-  EXPECT_EQ(text("Text2"), "Left");
-  EXPECT_EQ(text("Text6"), "2");
-  EXPECT_EQ(text("Text17"), "5");
-  EXPECT_EQ(text("Text21"), "Map");
-  EXPECT_EQ(check("Check1"), 1);
-  ASSERT_EQ(Act(e.p, e.Id("pg"), UserAction::Choose, {}, 1), "");
-  EXPECT_EQ(text("Text1"), "The left road.");
-  EXPECT_EQ(check("Check5"), 1);
-  EXPECT_EQ(check("Check1"), 0);
-
-  int older = 0;
-  for (const auto& entry : fs::directory_iterator(dir.path / kBackupsFolder))
-    older += entry.path().filename().string().starts_with("road ") &&
-             ReadINI(e.p, entry.path().string(), "1", "Page Text") == "A fork.";
-  EXPECT_EQ(older, 1);
-}
-
 TEST(EditorLock, ASecondEditorOnTheMachineSaysSoAndWipesNothing) {
   testing::TempDir dir;
   auto first = std::make_unique<Editor>(dir.str());
   first->Open();
   first->Type("Text1", "The first editor's page");
-  std::string before = ReadAll(dir.path / "tmpquest.ini");
+  std::string before = testing::FileBytes(dir.path / "tmpquest.ini");
 
   Editor second(dir.str());
   second.Open();
@@ -143,7 +80,7 @@ TEST(EditorLock, ASecondEditorOnTheMachineSaysSoAndWipesNothing) {
   EXPECT_TRUE(second.platform.dialogs.unchecked().front().prompt.starts_with("Another Create 'A' Quest window"));
   second.platform.dialogs.unchecked().clear();
   EXPECT_FALSE(second.EditorLoaded());
-  EXPECT_EQ(ReadAll(dir.path / "tmpquest.ini"), before);
+  EXPECT_EQ(testing::FileBytes(dir.path / "tmpquest.ini"), before);
 
   // Reached without the menu, the window refuses in its Form_Load and goes.
   second.p.RunEvent([&] { FormHandle(second.p.surface(), "createquest").Show(); });
@@ -151,7 +88,7 @@ TEST(EditorLock, ASecondEditorOnTheMachineSaysSoAndWipesNothing) {
   second.platform.dialogs.unchecked().clear();
   second.p.RunDue();
   EXPECT_FALSE(second.EditorLoaded());
-  EXPECT_EQ(ReadAll(dir.path / "tmpquest.ini"), before);
+  EXPECT_EQ(testing::FileBytes(dir.path / "tmpquest.ini"), before);
 
   // Once the first has ended, the lock is free again: the second opens,
   // and offers the first one's work.
@@ -168,24 +105,8 @@ TEST(EditorRecovery, AFreshWorkingFileLeftBehindIsNoWorkToOffer) {
   Editor e(dir.str());
   e.Open();
   EXPECT_TRUE(e.platform.dialogs.unchecked().empty());
-  EXPECT_EQ(ReadAll(dir.path / "tmpquest.ini"), "[Quest Data]\r\nNumber Of Pages=1\r\n");
+  EXPECT_EQ(testing::FileBytes(dir.path / "tmpquest.ini"), "[Quest Data]\r\nNumber Of Pages=1\r\n");
   EXPECT_FALSE(fs::exists(dir.path / kBackupsFolder));
-}
-
-TEST(EditorOpen, OpenEditorOnLoadsTheQuestAsLoadDoes) {
-  testing::TempDir dir;
-  fs::path quest = dir.path / "q.fbw";
-  std::ofstream(quest, std::ios::binary) << "[Quest Data]\r\nNumber Of Pages=3\r\n[1]\r\nPage Text=One\r\n";
-  Editor e(dir.str());
-  bool opened = false;
-  e.p.RunEvent([&] { opened = OpenEditorOn(e.p, quest.string()); });
-  EXPECT_TRUE(opened);
-  EXPECT_EQ(ListBox(e.p.surface(), "createquest", "pg").ListCount(), 3);
-  EXPECT_EQ(TextBox(e.p.surface(), "createquest", "Text1").Text(), "One");
-  EXPECT_EQ(Label(e.p.surface(), "createquest", "filepath").Caption(), quest.string());
-  e.p.RunEvent([&] { opened = OpenEditorOn(e.p, (dir.path / "none.fbw").string()); });
-  EXPECT_FALSE(opened);
-  EXPECT_EQ(e.platform.dialogs.unchecked().back().prompt, "Error!");
 }
 
 // Every field of the binding table is a control of its kind with the
@@ -203,7 +124,6 @@ TEST(EditorBindings, EveryFieldHasItsControlAndItsWritingHandler) {
     for (const HandlerDecl& h : form.handlers) handlers += std::string_view(h.control) == b.control && h.event == event;
     EXPECT_EQ(handlers, 1) << b.control;
   }
-  EXPECT_EQ(std::size(kBindings), 36u);
 }
 
 TEST(MaxLength, ATypedTextIsCutAsTheBoxCutsIt) {

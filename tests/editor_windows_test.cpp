@@ -1,10 +1,9 @@
-// The battle and character windows and the editor's help, beyond their
-// scenarios: what only the file's bytes and the handler tables can tell.
+// The battle and character windows beyond their scenarios: what only the
+// file's bytes can tell.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <set>
 #include <string>
 
 #include "forms/controls.h"
@@ -18,11 +17,6 @@ namespace fw {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReadAll(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 struct Editor {
   testing::TestProgram t{AllForms()};
@@ -58,7 +52,7 @@ TEST(EditorBattleWindow, OpeningAndFollowingAFullPageLeaveTheFileAsItWas) {
   Editor e;
   e.Load(kBattleQuest);
   // The load's page read filled the window, unseen, and wrote nothing new.
-  const std::string before = ReadAll(e.Working());
+  const std::string before = testing::FileBytes(e.Working());
   EXPECT_EQ(before, kBattleQuest);
   EXPECT_EQ(TextBox(e.t.surface(), "FrmBattle", "Text14").Text(), "2");
   e.t.platform.clock.Set(e.t.now() + 0.01);
@@ -66,35 +60,18 @@ TEST(EditorBattleWindow, OpeningAndFollowingAFullPageLeaveTheFileAsItWas) {
   ASSERT_EQ(e.Do("createquest", "Command7", UserAction::Click), "");
   EXPECT_EQ(TextBox(e.t.surface(), "FrmBattle", "Text13").Text(), "Howl");
   ASSERT_EQ(e.Do("createquest", "pg", UserAction::Choose, {}, 0), "");
-  EXPECT_EQ(ReadAll(e.Working()), before);
+  EXPECT_EQ(testing::FileBytes(e.Working()), before);
 }
 
 TEST(EditorCharacterWindow, OpeningOnAFreshFileWritesNothing) {
   Editor e;
-  const std::string before = ReadAll(e.Working());
+  const std::string before = testing::FileBytes(e.Working());
   ASSERT_EQ(e.Do("createquest", "Command8", UserAction::Click), "");
   EXPECT_TRUE(e.Loaded("FrmCharCreate"));
-  EXPECT_EQ(ReadAll(e.Working()), before);
+  EXPECT_EQ(testing::FileBytes(e.Working()), before);
   // Nothing typed into the picture's box reaches the file.
   ASSERT_EQ(e.Do("FrmCharCreate", "Text5", UserAction::Type, "a.jpg"), "");
-  EXPECT_EQ(ReadAll(e.Working()), before);
-}
-
-// Every field of the help table answers a mouse move, and only those: the
-// pickers, the window buttons and the labels leave info alone.
-TEST(EditorHelp, TheHelpTableCoversItsFieldsAndNoOthers) {
-  Editor e;
-  FormSurface& s = e.t.surface();
-  int form = s.FindForm("createquest");
-  std::set<std::string> helped;
-  for (const ControlDecl& d : s.Table(form).controls)
-    if (s.Answers(s.Id("createquest", d.name), Event::MouseMove)) helped.insert(d.name);
-  std::set<std::string> expected = {"pg", "Text13", "Command1", "Command2", "filepath", "Command4", "Command5",
-                                    "Command11", "Command12"};
-  for (int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26})
-    expected.insert("Text" + std::to_string(n));
-  for (int n = 1; n <= 8; ++n) expected.insert("Check" + std::to_string(n));
-  EXPECT_EQ(helped, expected);
+  EXPECT_EQ(testing::FileBytes(e.Working()), before);
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include "play/show_page.h"
 #include "play/start_quest.h"
 #include "shell/forms.h"
-#include "store/program_store.h"
 #include "test_program.h"
 
 namespace fw {
@@ -115,49 +114,6 @@ TEST_F(PackagedGame, TheStartImageStartsAgainWithoutTheCharacterPanel) {
   EXPECT_EQ(g.score.Caption(), "0");
   EXPECT_NE(g.Text1.Text().find("Version: "), g.Text1.Text().rfind("Version: "));
   EXPECT_FALSE(Picture2.Visible());
-}
-
-TEST_F(Engine, TheStartImageDoesNothingWithoutAPackagedQuest) {
-  g.List1.AddItem("Lamp");
-  frmgame::Image11_Click(p);
-  EXPECT_EQ(g.List1.ListCount(), 1);
-  EXPECT_EQ(g.questfil.Caption(), kNoQuest);
-  EXPECT_EQ(g.Text1.Text(), "No Quest Loaded.\r\n");
-}
-
-}  // namespace
-}  // namespace fw
-
-namespace fw {
-namespace {
-
-// A test play's quest file is the editor's working file, so a level gained in
-// it is written there, beside the editor's other keys.
-TEST(TestPlay, LevelGainWritesTheWorkingFile) {
-  testing::TestProgram t{AllForms()};
-  Program& p = t.program;
-  GameState g{p};
-  WriteFile(t.dir.path / "tmpquest.ini",
-            "[CharacterData]\nCharCreateAllow=1\nCharHp=30\nCharAtk=11\nCharDef=12\n"
-            "[1]\nPage Text=A lamp.\nOption One=Go\nOption One Destination Page=2\n"
-            "[2]\nPage Text=A moth.\nBattle=1\nBattleMonName=Moth\nBattleMonHp=1\nBattleMonExp=100\nBattleWin=3\n"
-            "[3]\nPage Text=Dust.\n");
-  g.Text7.SetText("1");
-  g.HPPlay.SetMax(30);
-  g.HPPlay.SetValue(30);
-  LoadTmpGame(p);
-  g.Option1.SetValue(true);
-  p.surface().Raise(p.surface().Id("FrmGame", "Picture1"), Event::Click);
-  ASSERT_TRUE(PictureBox(p.surface(), "FrmGame", "BattleBox").Visible());
-  // A hit at 50 for 11 + 5, then the level's draws: 9, 2 and 2.
-  for (float v : {0.5f, 0.5f, 0.62f, 0.5f, 0.5f}) t.platform.random.Queue(v);
-  p.surface().Raise(p.surface().Id("FrmGame", "Picture7"), Event::Click);
-  EXPECT_EQ(g.pg.Caption(), "3");
-  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharLevel"), "2");
-  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharHp"), "39");
-  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharAtk"), "13");
-  EXPECT_EQ(ReadINI(p, "tmpquest.ini", "CharacterData", "CharCreateAllow"), "1");
-  EXPECT_EQ(g.HPPlay.Value(), 30.0f);
 }
 
 }  // namespace
