@@ -2,8 +2,6 @@
 // backends and the virtual clock.
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 #include <fstream>
 
 #include "forms/controls.h"
@@ -261,17 +259,6 @@ TEST_F(MidiTest, HostileHeadersPlayForTheFixedLength) {
     Wait(0.02);
     EXPECT_EQ(player.PlayState(), kPlayStopped);
   }
-}
-
-// A FIFO named as a track or a tune reads as a missing file: the program
-// neither waits for a writer nor plays it.
-TEST_F(MidiTest, AFifoIsNoMediaFileAndNeverBlocks) {
-  ASSERT_EQ(::mkfifo((dir + "/pipe.wav").c_str(), 0600), 0);
-  ASSERT_EQ(::mkfifo((dir + "/pipe.mid").c_str(), 0600), 0);
-  MediaPlayer mp3(p.surface(), "FrmGame", "playmp3");
-  EXPECT_THROW(mp3.SetFileName("pipe.wav"), Failure);
-  StartMidi(p, "pipe.mid", true, 1);
-  EXPECT_FALSE(Midi(p).MidiOpen);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <fstream>
 
 #include "forms/codepage.h"
-#include "forms/failure.h"
 #include "play/quest_paths.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -88,14 +87,6 @@ TEST_F(QuestPaths, AMissingFileReadsOnlyTheFoldersWhereANameIsMissingEachOnce) {
 TEST_F(QuestPaths, TheQuestFolderOfABareProfileNameIsThePerUserFolder) {
   EXPECT_EQ(QuestFolder(p, "/games/crypt\\Crypt.fbw"), "/games/crypt");
   EXPECT_EQ(QuestFolder(p, "tmpquest.ini"), Named(t.dir.str()));
-}
-
-TEST_F(QuestPaths, APictureKeepsTheNameTheQuestGaveIt) {
-  Make("quest/hall.gif");
-  Picture picture = LoadQuestPicture(p, "C:\\Games\\HALL.gif", Dir() + "\\quest");
-  EXPECT_EQ(picture.path, "C:\\Games\\HALL.gif");
-  EXPECT_EQ(picture.host, (t.dir.path / "quest" / "hall.gif").string());
-  EXPECT_THROW(LoadQuestPicture(p, "C:\\Games\\gone.gif", Dir()), Failure);
 }
 
 }  // namespace

@@ -111,17 +111,6 @@ TEST(WebLink, OpensTheMakersSiteAndGoesOn) {
   EXPECT_FALSE(t.program.Over());
 }
 
-TEST(ExitFlow, AYesAsksOnceThenTheProgramIsOver) {
-  testing::TestProgram t{AllForms()};
-  t.program.Start();
-  Label(t.surface(), "FrmGame", "questfil").SetCaption("C:\\q.fbw");
-  t.platform.dialogs.QueueAnswer(6);
-  EXPECT_EQ(CloseForm(t.program, t.surface().FindForm("FrmGame")), "");
-  EXPECT_EQ(t.platform.dialogs.unchecked().size(), 1u);
-  EXPECT_TRUE(t.program.Over());
-  EXPECT_FALSE(t.surface().IsLoaded(t.surface().FindForm("FrmGame")));
-}
-
 // Sets PATH for one test and puts it back.
 struct PathSetting {
   std::string old;

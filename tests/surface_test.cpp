@@ -33,11 +33,6 @@ void Check1_Click(Program& p) { Append(p, "check;"); }
 void List1_Click(Program& p) { Append(p, "list;"); }
 void Tick_Timer(Program& p) { Count(p, "Ticks"); }
 void Slow_Timer(Program& p) { Count(p, "SlowTicks"); }
-void Button_Click(Program& p) {
-  Image b(p.surface(), "FrmTest", "Button");
-  p.PressAnimation(b.id());
-  Append(p, "press;");
-}
 void Other_Load(Program& p) { Append(p, "other;"); }
 void Other_QueryUnload(Program& p, bool& cancel) {
   std::string field = Label(p.surface(), "FrmOther", "Field").Caption();
@@ -62,14 +57,13 @@ constexpr ControlDecl kTest[] = {
     {.name = "Inner", .kind = Kind::Label, .parent = "Panel"},
     {.name = "Tick", .kind = Kind::Timer, .parent = "Panel", .interval = 10},
     {.name = "Slow", .kind = Kind::Timer, .enabled = false, .interval = 50},
-    {.name = "Button", .kind = Kind::Image, .left = 100, .top = 200},
     {.name = "dlg", .kind = Kind::FileDialog, .filter = "*.sav|*.sav", .defaultExt = "*.sav"},
 };
 constexpr HandlerDecl kTestHandlers[] = {
     {"Form", Event::Load, Form_Load},       {"Text1", Event::Change, Text1_Change},
     {"Text2", Event::Change, Text2_Change}, {"Check1", Event::Click, Check1_Click},
     {"List1", Event::Click, List1_Click},   {"Tick", Event::Timer, Tick_Timer},
-    {"Slow", Event::Timer, Slow_Timer},     {"Button", Event::Click, Button_Click},
+    {"Slow", Event::Timer, Slow_Timer},
 };
 constexpr ControlDecl kOther[] = {{.name = "Field", .kind = Kind::Label, .caption = "fresh"}};
 constexpr HandlerDecl kOtherHandlers[] = {
@@ -240,31 +234,6 @@ TEST_F(SurfaceTest, PauseAcrossMidnightWaitsItsTimeNotADay) {
   Program p(services, AppInfo{dir.str(), "x", dir.str(), dir.str()}, kForms);
   p.Pause(0.2);
   EXPECT_NEAR(t.now(), 0.15, 0.002);
-}
-
-TEST_F(SurfaceTest, NestedPressesPutTheButtonBackToTheTwip) {
-  FormHandle(s, "FrmTest").Show();
-  Image button(s, "FrmTest", "Button");
-  // A second click during the first press's wait runs inside it.
-  struct Click : EventPump {
-    VirtualClock& c;
-    ControlId id;
-    int pumps = 0;
-    Click(VirtualClock& c, ControlId id) : c(c), id(id) {}
-    void Pump(Program& p) override {
-      c.Set(c.Now() + 0.001);
-      if (++pumps == 50) p.surface().Raise(id, Event::Click);
-    }
-  } click{t.platform.clock, button.id()};
-  Services services = t.platform.services();
-  services.pump = &click;
-  testing::TempDir dir;
-  Program p(services, AppInfo{dir.str(), "x", dir.str(), dir.str()}, kForms);
-  Image b(p.surface(), "FrmTest", "Button");
-  b.Click();
-  EXPECT_EQ(b.Left(), 100);
-  EXPECT_EQ(b.Top(), 200);
-  EXPECT_EQ(Label(p.surface(), "FrmTest", "Log").Caption(), "load;press;press;");
 }
 
 TEST_F(SurfaceTest, CancelledDialogKeepsTheEarlierName) {

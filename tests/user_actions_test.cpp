@@ -98,13 +98,6 @@ TEST_F(UserActionsTest, AFailureNoHandlerCaughtEndsTheEventNotTheProgram) {
   EXPECT_FALSE(t.program.Over());
 }
 
-TEST_F(UserActionsTest, ClosingTheLastFormEndsTheProgram) {
-  t.program.Start();
-  EXPECT_EQ(CloseForm(t.program, 0), "");
-  EXPECT_TRUE(t.program.Over());
-  EXPECT_EQ(CloseForm(t.program, 0), "is not open");
-}
-
 TEST(Assembly, KeepsWhatTheBindingBringsAndAddsTheRest) {
   testing::TempDir dir;
   HeadlessPlatform platform;
