@@ -1,7 +1,8 @@
 // Play without a mouse and with a screen reader: the keys of the game
 // window's key table reach the controls they stand for and are refused as a
 // click on them would be; Tab reaches every button with a visible focus;
-// every control a player sees has a name; dialogs open over the game.
+// every control a player sees has a name. Dialogs over the game are
+// qt_zoom_test's.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -215,41 +216,6 @@ TEST(QtAccessibility, EveryVisibleControlOfTheGameWindowHasAName) {
   EXPECT_EQ(g.Widget("Text1")->accessibleName(), "The story so far");
   g.Key(Qt::Key_I);
   checkAll("inventory");
-}
-
-// Notes the window the next dialog opens over, and answers it at once by
-// Escape.
-struct DialogWatch {
-  QWidget* parent = nullptr;
-  void Arm() {
-    parent = nullptr;
-    QTimer::singleShot(0, [this] {
-      QWidget* dialog = QApplication::activeModalWidget();
-      if (!dialog) return;
-      parent = dialog->parentWidget();
-      QTest::keyClick(dialog, Qt::Key_Escape);
-    });
-  }
-};
-
-TEST(QtDialogsTest, MessageBoxesAndFileDialogsOpenOverTheGameWindow) {
-  Game g;
-  g.t.program.Start();
-  QtDialogs dialogs([&]() -> QWidget* { return g.windows.ActiveWindow(); });
-  QWidget* game = g.Window();
-  ASSERT_EQ(g.windows.ActiveWindow(), game);
-
-  DialogWatch watch;
-  watch.Arm();
-  EXPECT_EQ(dialogs.MsgBox("Are you sure?", 4, "WARNING!!!!"), 7);
-  EXPECT_EQ(watch.parent, game);
-
-  watch.Arm();
-  FileDialogRequest open{.form = "FrmGame", .dialog = "file", .save = false, .filter = "*.sav|*.sav",
-                         .defaultExt = "*.sav", .initDir = g.t.dir.str(), .fileName = ""};
-  EXPECT_EQ(dialogs.FileDialog(open), std::nullopt);
-  ASSERT_NE(watch.parent, nullptr);
-  EXPECT_EQ(watch.parent->window(), game);
 }
 
 }  // namespace

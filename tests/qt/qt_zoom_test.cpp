@@ -130,10 +130,11 @@ TEST(QtZoom, TheMenuBarAndTheDialogsOverTheWindowGrowWithIt) {
     open();
     return seen;
   };
-  auto box = [&] { dialogs.MsgBox("Are you sure? This will end the current game without saving!", 4, "WARNING!!!!"); };
+  // Escape answers No, and cancels a file dialog.
+  auto box = [&] { EXPECT_EQ(dialogs.MsgBox("Are you sure? This will end the current game without saving!", 4, "WARNING!!!!"), 7); };
   FileDialogRequest request{.form = "FrmGame", .dialog = "file", .save = false, .filter = "*.sav|*.sav",
                             .defaultExt = "*.sav", .initDir = g.t.dir.str(), .fileName = ""};
-  auto file = [&] { dialogs.FileDialog(request); };
+  auto file = [&] { EXPECT_EQ(dialogs.FileDialog(request), std::nullopt); };
 
   g.windows.SetZoom(g.form, 1.0);
   qreal barPoints = window->menuBar()->font().pointSizeF();
@@ -150,6 +151,8 @@ TEST(QtZoom, TheMenuBarAndTheDialogsOverTheWindowGrowWithIt) {
   g.ExpectEveryControlAt(2.0);
   Opened box2 = look(box), file2 = look(file);
   EXPECT_EQ(box2.parent, window);
+  ASSERT_NE(file2.parent, nullptr);
+  EXPECT_EQ(file2.parent->window(), window);
   EXPECT_DOUBLE_EQ(box2.points, 2 * box1.points);
   // A box is no wider than its screen allows, so its text may wrap to
   // more lines instead.
