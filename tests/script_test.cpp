@@ -135,18 +135,16 @@ TEST(ScriptRun, LineEndsAndAByteOrderMarkReadAsTheText) {
   EXPECT_NE(r.err.find("line 3: unknown command"), std::string::npos) << r.err;
 }
 
-TEST(ScriptRun, AFolderOrAMissingFileIsNoScript) {
+// A folder, a missing file or an unreadable one is no script (the bad-input
+// catalogue runs them); nor is a FIFO with no writer, which would block a
+// plain open for ever.
+TEST(ScriptRun, AFifoIsNoScriptAndNeverBlocks) {
   testing::TempDir dir;
   std::ostringstream out, err;
-  EXPECT_EQ(RunIn(dir.str(), dir.str(), out, err), 2);
-  EXPECT_NE(err.str().find("is a folder, not a script file"), std::string::npos) << err.str();
-  EXPECT_EQ(out.str().find("passed"), std::string::npos) << out.str();
-  EXPECT_EQ(RunIn(dir.str(), dir.str() + "/none.txt", out, err), 2);
-  EXPECT_NE(err.str().find("cannot read script"), std::string::npos) << err.str();
-  // A FIFO with no writer would block a plain open for ever.
   std::string fifo = dir.str() + "/pipe.txt";
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
   EXPECT_EQ(RunIn(dir.str(), fifo, out, err), 2);
+  EXPECT_NE(err.str().find("cannot read script"), std::string::npos) << err.str();
 }
 
 TEST(ScriptRun, ExitOrClosingTheLastWindowEndsTheProgram) {
