@@ -105,14 +105,18 @@ TEST(Packager, WithCheck1ClearTheRuntimeIsNotAskedButTheProgramsOwnFilesStillCom
   EXPECT_TRUE(fs::exists(t.game() / "Two Words.fbw"));
 }
 
+// A name with quotes and blanks is the program's whole path, never a
+// command line to split.
 TEST(Packager, YesStartsTheCopyAsItsOwnProcessInTheGameFolder) {
   Packager t;
+  TextBox(t.program->surface(), "FrmCompile", "Text1").SetText("Say \"Hi\" Now");
+  const std::string game = t.dir.str() + "/games/Say \"Hi\" Now";
   t.Compile(6);
   ASSERT_EQ(t.platform.processes.started.size(), 1u);
-  EXPECT_EQ(t.platform.processes.started[0], "\"" + t.game().string() + "/Two Words\"");
+  EXPECT_EQ(t.platform.processes.started[0], (std::vector<std::string>{game + "/Say \"Hi\" Now"}));
   EXPECT_EQ(t.platform.processes.windowStyles[0], 2);
-  EXPECT_EQ(fs::path(t.platform.processes.folders[0]).lexically_normal(), fs::path(t.game().string() + "/"));
-  EXPECT_EQ(fs::path(t.program->CurrentDir()).lexically_normal(), fs::path(t.game().string() + "/"));
+  EXPECT_EQ(fs::path(t.platform.processes.folders[0]).lexically_normal(), fs::path(game + "/"));
+  EXPECT_EQ(fs::path(t.program->CurrentDir()).lexically_normal(), fs::path(game + "/"));
 }
 
 TEST(Packager, OpenDirectoryOpensTheParentFolderAndTheListReachesOnlyRealFolders) {

@@ -34,21 +34,24 @@ TEST(ProgramFiles, CopyMakeKillAndChangeFolderFailAsThePlatformDoes) {
   EXPECT_EQ(p.GetWindowsDir(), dir + "\\");
 }
 
-TEST(ProgramProcesses, ShellFailsOnlyWhenTheProgramIsNotFound) {
+TEST(ProgramProcesses, AProgramStartsWithItsWordsWholeAndFailsOnlyWhenNotFound) {
   testing::TestProgram t{AllForms()};
-  EXPECT_NO_THROW(t.program.Shell("true --ignored", 3));
-  EXPECT_NO_THROW(t.program.Shell("true", 0));
-  EXPECT_THROW(t.program.Shell("autoupdate.exe", 3), Failure);
-  EXPECT_EQ(t.platform.processes.started, (std::vector<std::string>{"true --ignored", "true"}));
+  EXPECT_NO_THROW(t.program.Shell({"true", "--ignored"}, 3));
+  EXPECT_NO_THROW(t.program.Shell({"true"}, 0));
+  EXPECT_THROW(t.program.Shell({"autoupdate.exe"}, 3), Failure);
+  EXPECT_EQ(t.platform.processes.started, (std::vector<std::vector<std::string>>{{"true", "--ignored"}, {"true"}}));
   EXPECT_EQ(t.platform.processes.windowStyles, (std::vector<int>{3, 0}));
   SpawnProcesses real;
-  EXPECT_TRUE(real.Start("true", 2, ""));
-  EXPECT_FALSE(real.Start("no-such-program-here", 2, ""));
-  // A program started after a ChDir runs in that folder.
+  EXPECT_FALSE(real.Start({"no-such-program-here"}, 2, ""));
+  // Blanks and quotes in the program's path and in an argument are theirs,
+  // and the program runs in the folder given.
   testing::TempDir dir;
-  ASSERT_TRUE(real.Start("sh -c \"pwd > started-here\"", 2, dir.str()));
-  for (int i = 0; i < 500 && !std::filesystem::exists(dir.path / "started-here"); ++i) ::usleep(10000);
-  EXPECT_TRUE(std::filesystem::exists(dir.path / "started-here"));
+  const std::string program = dir.str() + "/say \"hi\" there";
+  std::ofstream(program) << "#!/bin/sh\nprintf '%s|%s|%s' \"$PWD\" \"$#\" \"$1\" > said\n";
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  ASSERT_TRUE(real.Start({program, "a \"b\" c"}, 2, dir.str()));
+  for (int i = 0; i < 500 && testing::FileBytes(dir.path / "said").empty(); ++i) ::usleep(10000);
+  EXPECT_EQ(testing::FileBytes(dir.path / "said"), dir.str() + "|1|a \"b\" c");
 }
 
 }  // namespace

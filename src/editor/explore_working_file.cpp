@@ -30,7 +30,7 @@ class NoOneAsks : public Dialogs, public Processes {
  public:
   int MsgBox(std::string_view, int, std::string_view) override { return 1; }
   std::optional<std::string> FileDialog(const FileDialogRequest&) override { return std::nullopt; }
-  bool Start(std::string_view, int, const std::string&) override { return true; }
+  bool Start(const std::vector<std::string>&, int, const std::string&) override { return true; }
   void Open(std::string_view) override {}
 };
 

@@ -182,8 +182,8 @@ Picture Program::LoadPicture(std::string_view path) {
   return {std::string(path), host};
 }
 
-void Program::Shell(std::string_view command, int windowStyle) {
-  if (!services_.processes->Start(command, windowStyle, currentDir_)) throw Failure("File not found");
+void Program::Shell(const std::vector<std::string>& argv, int windowStyle) {
+  if (!services_.processes->Start(argv, windowStyle, currentDir_)) throw Failure("File not found");
 }
 
 void Program::FileCopy(std::string_view from, std::string_view to) {

@@ -126,7 +126,9 @@ class Program {
   float Rnd() { return services_.random->Rnd(); }
   void Randomize() { services_.random->Randomize(Timer()); }
   Picture LoadPicture(std::string_view path);
-  void Shell(std::string_view command, int windowStyle);
+  // Starts the program argv[0] (a program path) with the arguments after it,
+  // in the current folder; no part is ever split at blanks or quotes.
+  void Shell(const std::vector<std::string>& argv, int windowStyle);
   void ShellExecute(std::string_view target) { services_.processes->Open(target); }
   void FileCopy(std::string_view from, std::string_view to);
   void MkDir(std::string_view path);

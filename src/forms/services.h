@@ -49,10 +49,11 @@ class Dialogs {
 class Processes {
  public:
   virtual ~Processes() = default;
-  // Starts the command without waiting, in the host folder given (the
-  // program's current folder; "" keeps the process's own); false when its
-  // program is not found.
-  virtual bool Start(std::string_view command, int windowStyle, const std::string& folder) = 0;
+  // Starts the program argv[0] (a path, or a bare name looked for on the
+  // PATH) with the arguments after it, each passed as it stands, without
+  // waiting, in the host folder given (the program's current folder; ""
+  // keeps the process's own); false when the program is not found.
+  virtual bool Start(const std::vector<std::string>& argv, int windowStyle, const std::string& folder) = 0;
   // Opens a document or address with the desktop's associated program.
   virtual void Open(std::string_view target) = 0;
 };

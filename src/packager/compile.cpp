@@ -104,7 +104,7 @@ void CompileGame(Program& p) {
   p.MsgBox("You game should be compiled within the directoy:" + folder, 0);
   if (p.MsgBox("Run compiled program now?", 4, "Question:") != 6) return;
   Skip([&] { p.ChDir(folder); });
-  Skip([&] { p.Shell("\"" + folder + name + "\"", 2); });
+  Skip([&] { p.Shell({folder + name}, 2); });
 }
 
 }  // namespace fw

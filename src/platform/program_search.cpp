@@ -16,27 +16,6 @@ bool Runnable(const std::string& path) {
 
 }  // namespace
 
-std::vector<std::string> SplitCommand(std::string_view command) {
-  std::vector<std::string> words;
-  std::string word;
-  bool quoted = false, any = false;
-  for (char c : command) {
-    if (c == '"') {
-      quoted = !quoted;
-      any = true;
-    } else if (c == ' ' && !quoted) {
-      if (any) words.push_back(word);
-      word.clear();
-      any = false;
-    } else {
-      word += c;
-      any = true;
-    }
-  }
-  if (any) words.push_back(word);
-  return words;
-}
-
 std::string FindProgram(std::string_view word) {
   std::string name(word);
   if (name.empty()) return {};

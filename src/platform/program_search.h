@@ -1,12 +1,8 @@
 #pragma once
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace fw {
-
-// Splits a command line at blanks; a part in double quotes may hold blanks.
-std::vector<std::string> SplitCommand(std::string_view command);
 
 // The program a command's first word names: a word with a "/" is that file;
 // a bare name is looked for in the absolute folders of the PATH only. An

@@ -7,10 +7,10 @@
 #include <chrono>
 #include <csignal>
 #include <ctime>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "forms/codepage.h"
 #include "forms/paths.h"
 #include "platform/program_search.h"
 
@@ -53,8 +53,11 @@ void IdlePump::Pump(Program&) { ::usleep(1000); }
 
 // The window style is not ours to apply: the child makes its own windows, and
 // no desktop here lets the starter choose how they first show.
-bool SpawnProcesses::Start(std::string_view command, int /*windowStyle*/, const std::string& folder) {
-  return Spawn(SplitCommand(HostPath(command)), folder);
+bool SpawnProcesses::Start(const std::vector<std::string>& argv, int /*windowStyle*/, const std::string& folder) {
+  if (argv.empty()) return false;
+  std::vector<std::string> words{HostPath(argv[0])};
+  for (std::size_t i = 1; i < argv.size(); ++i) words.push_back(Utf8FromCp1252(argv[i]));
+  return Spawn(words, folder);
 }
 
 void SpawnProcesses::Open(std::string_view target) { Spawn({"xdg-open", HostPath(target)}); }

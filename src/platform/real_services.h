@@ -9,11 +9,11 @@ class WallClock : public Clock {
   double Now() override;
 };
 
-// Starts programs for real: the command's first word is the program, a path
-// or a name looked for on the PATH (FindProgram); the rest are its arguments.
+// Starts programs for real: the first word is the program, a path or a name
+// looked for on the PATH (FindProgram); the rest are its arguments.
 class SpawnProcesses : public Processes {
  public:
-  bool Start(std::string_view command, int windowStyle, const std::string& folder) override;
+  bool Start(const std::vector<std::string>& argv, int windowStyle, const std::string& folder) override;
   void Open(std::string_view target) override;  // through xdg-open
 };
 

@@ -16,7 +16,7 @@ constexpr const char* kUpdateProgram = "autoupdate.exe";
 void AutoUpdate(Program& p) {
   if (p.MsgBox("CLOSE Fablewright and run auto update?", 4, "WARNING!!!!") != 6) return;
   try {
-    p.Shell(AutoUpdateCommand(p), 3);
+    p.Shell({AutoUpdateProgram(p)}, 3);
   } catch (const Failure&) {
     p.MsgBox("Could not locate the autoupdate.exe!", 0);
     return;
@@ -35,10 +35,10 @@ std::string AboutText() {
          "E-Mail: " + kContactAddress;
 }
 
-std::string AutoUpdateCommand(Program& p) {
+std::string AutoUpdateProgram(Program& p) {
   std::string beside = p.AppPath() + "\\" + kUpdateProgram;
   std::string host = p.HostFile(beside);
-  if (p.services().files->Exists(host) && !p.services().files->IsDirectory(host)) return "\"" + beside + "\"";
+  if (p.services().files->Exists(host) && !p.services().files->IsDirectory(host)) return beside;
   return kUpdateProgram;
 }
 

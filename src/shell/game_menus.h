@@ -28,10 +28,10 @@ void mnunew_Click(Program& p);
 // The About box's text.
 std::string AboutText();
 
-// The command that starts the update program: the one beside the executable
-// when it is there, otherwise the bare name, which the platform looks for on
-// the PATH. Never the current folder: a downloaded game's folder must not
-// bring a program of that name to run.
-std::string AutoUpdateCommand(Program& p);
+// The update program to start: the one beside the executable when it is
+// there, otherwise the bare name, which the platform looks for on the PATH.
+// Never the current folder: a downloaded game's folder must not bring a
+// program of that name to run.
+std::string AutoUpdateProgram(Program& p);
 
 }  // namespace fw

@@ -29,11 +29,10 @@ std::optional<std::string> QueuedDialogs::FileDialog(const FileDialogRequest& re
   return answer;
 }
 
-bool RecordingProcesses::Start(std::string_view command, int windowStyle, const std::string& folder) {
-  std::vector<std::string> words = SplitCommand(HostPath(command));
-  bool found = !words.empty() && !FindProgram(words[0]).empty();
+bool RecordingProcesses::Start(const std::vector<std::string>& argv, int windowStyle, const std::string& folder) {
+  bool found = !argv.empty() && !FindProgram(HostPath(argv[0])).empty();
   if (found) {
-    started.emplace_back(command);
+    started.push_back(argv);
     windowStyles.push_back(windowStyle);
     folders.push_back(folder);
   }

@@ -70,13 +70,14 @@ class QueuedDialogs : public Dialogs {
   std::deque<ShownBox> unchecked_;
 };
 
-// Starts nothing: records what would have started. A command counts as found
-// when the desktop would find its program (FindProgram).
+// Starts nothing: records what would have started. A program counts as found
+// when the desktop would find it (FindProgram).
 class RecordingProcesses : public Processes {
  public:
-  bool Start(std::string_view command, int windowStyle, const std::string& folder) override;
+  bool Start(const std::vector<std::string>& argv, int windowStyle, const std::string& folder) override;
   void Open(std::string_view target) override { opened.emplace_back(target); }
-  std::vector<std::string> started, opened;
+  std::vector<std::vector<std::string>> started;  // the program and arguments of each start
+  std::vector<std::string> opened;
   std::vector<std::string> folders;  // the folder each started command was started in
   std::vector<int> windowStyles;  // the window style each started command was given
 };
