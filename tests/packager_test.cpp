@@ -1,11 +1,17 @@
 // The packager's Compile with the runtime and the process start seen from
 // outside: what lands in the game folder, in which order, and what starts.
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
+#include "bad_input.h"
 #include "forms/controls.h"
 #include "forms/user_actions.h"
 #include "platform/linked_runtime.h"
@@ -37,7 +43,7 @@ void Write(const fs::path& path, const std::string& text, fs::perms perms = fs::
 }
 
 // The editor's quest, the packager's window filled in, and a running
-// executable (a script) with two files of its own, one of them missing.
+// executable (a script of 64 KB) with a file of its own.
 struct Packager {
   TempDir dir;
   HeadlessPlatform platform;
@@ -46,14 +52,14 @@ struct Packager {
   fs::path exe = dir.path / "bin" / "fablewright";
 
   Packager() {
-    Write(exe, "#!/bin/sh\n", fs::perms::owner_all);
+    Write(exe, "#!/bin/sh\n" + std::string(64 << 10, '#') + "\n", fs::perms::owner_all);
     Write(dir.path / "bin" / "fablewright-qt.so", "module");
     Write(dir.path / "quest.fbw", "[Story Info]\r\nTitle=T\r\n");
     fs::create_directories(dir.path / "games");
     Services services = platform.services();
     services.runtime = &runtime;
     AppInfo app{dir.str() + "/bin", "fablewright", dir.str(), dir.str(), exe.string(),
-                {(dir.path / "bin" / "fablewright-qt.so").string(), (dir.path / "bin" / "gone.so").string()}};
+                {(dir.path / "bin" / "fablewright-qt.so").string()}};
     program = std::make_unique<Program>(services, app, AllForms());
     FormSurface& s = program->surface();
     s.SetFileName(s.Id("createquest", "questfile"), dir.str() + "/quest.fbw");
@@ -87,7 +93,6 @@ TEST(Packager, RuntimeFilesGoIntoTheirFoldersInOrderAndAMissingOneIsSkipped) {
   ASSERT_EQ(::stat((t.game() / "Two Words").c_str(), &st), 0);
   EXPECT_TRUE(st.st_mode & S_IXUSR);
   EXPECT_EQ(testing::FileBytes(t.game() / "fablewright-qt.so"), "module");
-  EXPECT_FALSE(fs::exists(t.game() / "gone.so"));
   ASSERT_EQ(t.runtime.adopted.size(), 1u);
   EXPECT_EQ(fs::path(t.runtime.adopted[0].first).lexically_normal(), fs::path(t.game().string() + "/"));
   EXPECT_EQ(t.runtime.adopted[0].second, (t.game() / "Two Words").string());
@@ -117,6 +122,69 @@ TEST(Packager, YesStartsTheCopyAsItsOwnProcessInTheGameFolder) {
   EXPECT_EQ(t.platform.processes.windowStyles[0], 2);
   EXPECT_EQ(fs::path(t.platform.processes.folders[0]).lexically_normal(), fs::path(game + "/"));
   EXPECT_EQ(fs::path(t.program->CurrentDir()).lexically_normal(), fs::path(game + "/"));
+}
+
+// Where the game folder does not get all a game needs, one box says what
+// failed and why, in place of the two closing boxes. Each case runs in a
+// child: as "nobody" where permissions count, with a mount of its own where
+// the disk fills.
+TEST(Packager, AGameNotMadeWholeIsOneBoxThatSaysWhatFailedAndWhy) {
+  struct Case {
+    const char* name;
+    bool asNobody;
+    std::function<bool(const fs::path& games, const fs::path& bin)> prepare;  // false: not possible here
+    std::string said;
+  };
+  const Case cases[] = {
+      {"a read-only parent folder", true,
+       [](const fs::path& games, const fs::path&) {
+         fs::permissions(games, fs::perms::owner_read | fs::perms::owner_exec);
+         return true;
+       },
+       ": its folder could not be made (permission denied)."},
+      {"a module the program lacks", true,
+       [](const fs::path&, const fs::path& bin) { return fs::remove(bin / "fablewright-qt.so"); },
+       ": its source file is missing.\r\nNot made: fablewright-qt.so."},
+      {"a full disk", false,
+       [](const fs::path& games, const fs::path&) {
+         if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+             ::mount("tmpfs", games.c_str(), "tmpfs", 0, "size=256k") != 0)
+           return false;
+         std::ofstream filler(games / "filler", std::ios::binary);
+         std::string block(4096, 'x');
+         while (filler.write(block.data(), block.size()).flush()) {
+         }
+         return true;
+       },
+       ": no space left on the disk."},
+      {"a file-size limit", false,
+       [](const fs::path&, const fs::path&) {
+         ::signal(SIGXFSZ, SIG_IGN);
+         rlimit limit{16, 16};
+         return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+       },
+       ": the file is larger than the disk allows."},
+  };
+  for (const Case& c : cases) {
+    Packager t;
+    testing::GiveToChild(t.dir.path);
+    testing::ChildRun run = testing::InChild(
+        [&] {
+          if (!c.prepare(t.dir.path / "games", t.dir.path / "bin")) return std::string("not possible here");
+          t.platform.dialogs.unchecked().clear();
+          t.Compile(6);
+          std::string said;
+          for (const ShownBox& box : t.platform.dialogs.unchecked()) said += box.prompt + "|";
+          return said;
+        },
+        60, c.asNobody);
+    ASSERT_TRUE(run.finished) << c.name << ": " << run.how;
+    if (run.said == "not possible here") continue;
+    const std::string start = "The game could not be made in " + t.game().string() + "/";
+    EXPECT_TRUE(run.said.starts_with(start)) << c.name << ": " << run.said;
+    EXPECT_NE(run.said.find(c.said), std::string::npos) << c.name << ": " << run.said;
+    EXPECT_EQ(std::count(run.said.begin(), run.said.end(), '|'), 1) << c.name << ": " << run.said;
+  }
 }
 
 TEST(Packager, OpenDirectoryOpensTheParentFolderAndTheListReachesOnlyRealFolders) {

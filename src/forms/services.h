@@ -58,8 +58,9 @@ class Processes {
   virtual void Open(std::string_view target) = 0;
 };
 
-// File operations of the logic. Each throws Failure when it cannot be done.
-// Paths are host paths (UTF-8, "/").
+// File operations of the logic. Each throws Failure when it cannot be done,
+// its text saying why in words a message box can show ("no space left on the
+// disk"). Paths are host paths (UTF-8, "/").
 class FileSystem {
  public:
   virtual ~FileSystem() = default;

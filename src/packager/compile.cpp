@@ -6,6 +6,7 @@
 #include "forms/controls.h"
 #include "forms/failure.h"
 #include "forms/program.h"
+#include "packager/game_parts.h"
 #include "packager/runtime_copy.h"
 #include "store/program_store.h"
 
@@ -13,6 +14,31 @@ namespace fw {
 namespace {
 
 constexpr const char* kForm = "FrmCompile";
+
+constexpr const char* kNameWithSeparator =
+    "The game name can't hold / or \\, because it is also the name of the game's folder. Please type another name.";
+constexpr const char* kNameOfDots =
+    "The game name can't be . or .., because it is also the name of the game's folder. Please type another name.";
+constexpr const char* kNameOutsideText =
+    "The game name can't hold ? nor letters that Western European text has no place for (such as Japanese ones, "
+    "which come in as ?), because two such names would make the same folder. Please type another name.";
+constexpr const char* kNameWithBlankEnds =
+    "The game name can't begin or end with a blank, nor hold a tab or a line break, because game.dat could not "
+    "name the game's quest file. Please type another name.";
+
+// Why a name can't be a game's, "" when it can. The name is the folder's and
+// every file's in it, and game.dat names the quest by it. A character that
+// the program's text has no place for arrives as "?", so "?" stands for all
+// of them.
+std::string RefusalOf(const std::string& name) {
+  if (name.find_first_of("/\\") != std::string::npos) return kNameWithSeparator;
+  if (name == "." || name == "..") return kNameOfDots;
+  if (name.find('?') != std::string::npos) return kNameOutsideText;
+  for (char c : name)
+    if (static_cast<unsigned char>(c) < 0x20) return kNameWithBlankEnds;
+  if (name.front() == ' ' || name.back() == ' ') return kNameWithBlankEnds;
+  return "";
+}
 
 // The game folder: the parent folder and the game's name, with a separator
 // behind. Dir1 holds a folder of this file system, so the parts are joined
@@ -22,19 +48,6 @@ std::string GameFolder(const std::string& parent, const std::string& name) {
   std::string folder = parent;
   if (folder.empty() || folder.back() != '/') folder += '/';
   return folder + name + '/';
-}
-
-// A name that holds a separator, or walks up, names no folder of its own in
-// the parent: every file step of it fails, and nothing lands beside the
-// parent or above it.
-bool NamesAFolder(const std::string& name) {
-  return name.find_first_of("/\\") == std::string::npos && name != "." && name != "..";
-}
-
-// Where a file of the game goes; fails when the name makes no folder.
-std::string InGame(const std::string& folder, const std::string& name, const std::string& file) {
-  if (!NamesAFolder(name)) throw Failure("Path not found");
-  return folder + file;
 }
 
 // A host file copied into the game folder.
@@ -54,7 +67,7 @@ std::string RunningExecutable(Program& p) {
 void WriteGameDat(Program& p, const std::string& folder, const std::string& name) {
   FormSurface& s = p.surface();
   auto write = [&](const char* section, const char* key, const std::string& value) {
-    Skip([&] { WriteINI(p, InGame(folder, name, "game.dat"), section, key, value); });
+    Skip([&] { WriteINI(p, folder + "game.dat", section, key, value); });
   };
   write("Image", "Background", FileDialog(s, kForm, "pic1").FileTitle());
   write("Image", "MenuButton", FileDialog(s, kForm, "Pic2").FileTitle());
@@ -62,10 +75,30 @@ void WriteGameDat(Program& p, const std::string& folder, const std::string& name
   write("Game Data", "Title", name);
 }
 
-void CopyPicture(Program& p, const char* dialog, const std::string& folder, const std::string& name) {
+void CopyPicture(Program& p, const char* dialog, const std::string& folder) {
   FileDialog picker(p.surface(), kForm, dialog);
   if (picker.FileTitle().empty()) return;
-  Skip([&] { p.FileCopy(picker.FileName(), InGame(folder, name, picker.FileTitle())); });
+  Skip([&] { p.FileCopy(picker.FileName(), folder + picker.FileTitle()); });
+}
+
+// The steps that make the game, each skipped on error; what a game cannot
+// run without is kept in `parts` with what its step met.
+void MakeGame(Program& p, const std::string& folder, const std::string& name, GameParts& parts) {
+  FormSurface& s = p.surface();
+  parts.MakeFolder([&] { p.MkDir(folder.substr(0, folder.size() - 1)); });
+  // The copy keeps no extension: on this system a program is known by its
+  // run bit, which the copy keeps.
+  parts.Make(name, [&] { CopyHostFile(p, RunningExecutable(p), folder + name); });
+  for (const std::string& own : p.App().ownFiles) {
+    std::string file = Cp1252FromUtf8(own.substr(own.find_last_of('/') + 1));
+    parts.Make(file, [&] { CopyHostFile(p, own, folder + file); });
+  }
+  parts.Make(name + ".fbw",
+             [&] { p.FileCopy(FileDialog(s, "createquest", "questfile").FileName(), folder + name + ".fbw"); });
+  CopyPicture(p, "pic1", folder);
+  CopyPicture(p, "Pic2", folder);
+  WriteGameDat(p, folder, name);
+  if (CheckBox(s, kForm, "Check1").Value() == 1 && parts.FolderMade()) CopyRuntime(p, folder, folder + name);
 }
 
 }  // namespace
@@ -82,25 +115,19 @@ void CompileGame(Program& p) {
     p.MsgBox("You must select a directory path!", 0);
     return;
   }
-  const std::string folder = GameFolder(parent, name);
-  Skip([&] {
-    if (!NamesAFolder(name)) throw Failure("Path not found");
-    p.MkDir(folder.substr(0, folder.size() - 1));
-  });
-  // The copy keeps no extension: on this system a program is known by its
-  // run bit, which the copy keeps.
-  Skip([&] { CopyHostFile(p, RunningExecutable(p), InGame(folder, name, name)); });
-  for (const std::string& own : p.App().ownFiles) {
-    std::string file = own.substr(own.find_last_of('/') + 1);
-    Skip([&] { CopyHostFile(p, own, InGame(folder, name, Cp1252FromUtf8(file))); });
+  if (std::string refusal = RefusalOf(name); !refusal.empty()) {
+    p.MsgBox(refusal, 0);
+    return;
   }
-  Skip([&] { p.FileCopy(FileDialog(s, "createquest", "questfile").FileName(), InGame(folder, name, name + ".fbw")); });
-  CopyPicture(p, "pic1", folder, name);
-  CopyPicture(p, "Pic2", folder, name);
-  WriteGameDat(p, folder, name);
-  if (CheckBox(s, kForm, "Check1").Value() == 1 && NamesAFolder(name))
-    CopyRuntime(p, folder, folder + name);
+  const std::string folder = GameFolder(parent, name);
+  GameParts parts(p, folder);
+  MakeGame(p, folder, name, parts);
   Skip([&] { DirListBox(s, kForm, "Dir1").Refresh(); });
+  // The closing boxes say the game is made: only once it is.
+  if (std::string failed = parts.Failures(name + ".fbw"); !failed.empty()) {
+    p.MsgBox("The game could not be made in " + folder + ": " + failed, 16);
+    return;
+  }
   p.MsgBox("You game should be compiled within the directoy:" + folder, 0);
   if (p.MsgBox("Run compiled program now?", 4, "Question:") != 6) return;
   Skip([&] { p.ChDir(folder); });

@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -16,15 +18,40 @@ namespace fs = std::filesystem;
 namespace fw {
 namespace {
 
+// Why a file operation failed, in the words a message box gives the user.
+std::string Why(int error) {
+  switch (error) {
+    case ENOSPC:
+    case EDQUOT: return "no space left on the disk";
+    case EFBIG: return "the file is larger than the disk allows";
+    case EACCES:
+    case EPERM: return "permission denied";
+    case EROFS: return "the disk is read-only";
+    case ENAMETOOLONG: return "the name is too long";
+    case ENOENT: return "its folder is missing";
+    case ENOTDIR: return "a file stands where a folder should be";
+    case EEXIST: return "something of that name is already there";
+    case EIO: return "the disk failed";
+    default: {
+      std::string text = std::strerror(error);
+      if (!text.empty()) text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+      return text;
+    }
+  }
+}
+
 // The file a copy replaces, links followed: only a regular file or nothing
-// may be there, so a FIFO is never waited on nor a device written.
-bool CopyTarget(const std::string& to, const struct stat& source, fs::path& real) {
+// may be there, so a FIFO is never waited on nor a device written. "" when
+// the copy may go there, else why not.
+std::string CopyTarget(const std::string& to, const struct stat& source, fs::path& real) {
   std::error_code ec;
   real = fs::weakly_canonical(to, ec);
-  if (ec) return false;
+  if (ec) return Why(ec.value());
   struct stat st;
-  if (::stat(real.c_str(), &st) != 0) return errno == ENOENT;
-  return S_ISREG(st.st_mode) && !(st.st_dev == source.st_dev && st.st_ino == source.st_ino);
+  if (::stat(real.c_str(), &st) != 0) return errno == ENOENT ? "" : Why(errno);
+  if (!S_ISREG(st.st_mode)) return "something that is not a file has its name";
+  if (st.st_dev == source.st_dev && st.st_ino == source.st_ino) return "it is the file it would be copied from";
+  return "";
 }
 
 bool CopyBytes(int from, int to) {
@@ -97,19 +124,21 @@ class NewFileBeside {
 void DiskFiles::Copy(const std::string& from, const std::string& to) {
   Fd in{OpenRegularFile(from)};
   struct stat source;
-  if (in.fd < 0 || ::fstat(in.fd, &source) != 0) throw Failure("File not found");
+  if (in.fd < 0 || ::fstat(in.fd, &source) != 0)
+    throw Failure(errno == ENOENT || errno == EINVAL ? "its source file is missing"
+                                                     : "its source file can't be read (" + Why(errno) + ")");
   fs::path target;
-  if (!CopyTarget(to, source, target)) throw Failure("Path/File access error");
+  if (std::string refused = CopyTarget(to, source, target); !refused.empty()) throw Failure(refused);
   NewFileBeside out(target);
   if (out.fd() < 0 || !CopyBytes(in.fd, out.fd()) || ::fchmod(out.fd(), source.st_mode & 07777) != 0 ||
       !out.Replace())
-    throw Failure("Path/File access error");
+    throw Failure(Why(errno));
 }
 
 void DiskFiles::MakeDir(const std::string& path) {
   std::error_code ec;
   // Only the last folder is made: a missing parent or an existing folder fails.
-  if (!fs::create_directory(path, ec) || ec) throw Failure("Path/File access error");
+  if (!fs::create_directory(path, ec) || ec) throw Failure(Why(ec ? ec.value() : EEXIST));
 }
 
 void DiskFiles::Remove(const std::string& path) {
