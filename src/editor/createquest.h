@@ -18,7 +18,7 @@ const FormDef& CreateQuestForm();
 void OpenEditor(Program& p);
 
 // Opens the editor on a quest file, as Load does without its dialog: false,
-// after the "Error!" box, when the quest could not be opened.
+// after a box that says why, when the quest could not be opened.
 bool OpenEditorOn(Program& p, std::string_view quest);
 
 namespace createquest {

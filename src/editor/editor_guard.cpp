@@ -7,6 +7,7 @@
 #include "editor/createquest.h"
 #include "editor/editor_state.h"
 #include "editor/page_fields.h"
+#include "forms/codepage.h"
 #include "forms/program.h"
 #include "store/program_store.h"
 
@@ -20,6 +21,21 @@ constexpr const char* kAnotherEditor =
 constexpr const char* kRecoveryQuestion =
     "The quest editor found work that was not saved when it last closed. Do you want to keep working on it? "
     "If you answer No, a copy of it is kept in the backups folder and the editor starts afresh.";
+constexpr const char* kWarning = "WARNING!!!!";
+
+// Where the copies go, as a box names it.
+std::string Folder(Program& p) { return Cp1252FromUtf8(BackupsFolder(p)); }
+
+std::string WorkNotKept(Program& p) {
+  return "The quest editor could not copy its unsaved work to the backups folder (" + Folder(p) +
+         "), so that work stays as it is and nothing is cleared. Save it to a quest file first (File > Save A "
+         "Quest File).";
+}
+
+std::string QuestNotKept(Program& p) {
+  return "The quest editor could not copy the quest as it was to the backups folder (" + Folder(p) +
+         ") before replacing it. Do you want to replace it all the same?";
+}
 
 // The local time as a backup's name carries it: "2026-11-23 14.50.34".
 std::string Stamp() {
@@ -81,10 +97,8 @@ bool editor::TakeOrRefuseLock(Program& p) {
 
 bool editor::OfferRecovery(Program& p) {
   if (!WorkingFileHoldsWork(p)) return false;
-  if (p.MsgBox(kRecoveryQuestion, 4, "WARNING!!!!") != 6) {
-    KeepWorkingFile(p);
-    return false;
-  }
+  // A No whose copy can't be made opens on the work all the same.
+  if (p.MsgBox(kRecoveryQuestion, 4, kWarning) != 6 && KeepWorkingFile(p)) return false;
   p.Module<EditorModule>().recovered = true;
   EditorState e(p);
   Skip([&] { RebuildPageList(p); });
@@ -92,15 +106,17 @@ bool editor::OfferRecovery(Program& p) {
   return true;
 }
 
-void editor::KeepWorkingFile(Program& p) {
-  if (WorkingFileHoldsWork(p)) KeepBackup(p, DeriveWorkingPath(p), Stamp());
+bool editor::KeepWorkingFile(Program& p) {
+  if (!WorkingFileHoldsWork(p) || KeepBackup(p, DeriveWorkingPath(p), Stamp())) return true;
+  p.MsgBox(WorkNotKept(p), 16);
+  return false;
 }
 
-bool editor::SaveQuestFile(Program& p, const std::string& working, const std::string& quest) {
+bool editor::KeepQuestBeforeSave(Program& p, const std::string& working, const std::string& quest) {
   auto old = ReadINIText(p, quest);
   // A save of what the quest already holds replaces nothing worth keeping.
-  if (old && old != ReadINIText(p, working)) KeepBackup(p, quest, Stamp());
-  return CopyProfileFile(p, working, quest);
+  if (!old || old == ReadINIText(p, working) || KeepBackup(p, quest, Stamp())) return true;
+  return p.MsgBox(QuestNotKept(p), 4, kWarning) == 6;
 }
 
 void OpenEditor(Program& p) {

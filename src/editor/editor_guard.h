@@ -16,19 +16,23 @@ namespace editor {
 bool TakeOrRefuseLock(Program& p);
 
 // When the working file holds work left by an earlier run, asks whether to
-// keep it; on Yes the editor opens on it and this gives true.
+// keep it; on Yes the editor opens on it and this gives true. So it does on
+// No when no copy of the work can be kept.
 bool OfferRecovery(Program& p);
 
 // A copy of the working file among the backups, when it holds work, before
-// it is thrown away.
-void KeepWorkingFile(Program& p);
+// it is thrown away. False, after a box that says so, when the copy could
+// not be made: the working file must then stay as it is.
+bool KeepWorkingFile(Program& p);
 
-// Copies the working file over the quest in one step, keeping the quest it
-// replaces among the backups first. False when the quest was not written.
-bool SaveQuestFile(Program& p, const std::string& working, const std::string& quest);
+// Before a save replaces the quest: keeps the quest as it was among the
+// backups. When that copy can't be made, asks whether to replace the quest
+// all the same; false on No.
+bool KeepQuestBeforeSave(Program& p, const std::string& working, const std::string& quest);
 
-// Load from its copy on: the quest becomes the working file, the fields and
-// the page list follow it. False after the "Error!" box.
+// Load from the backup of the working file on: the quest becomes the
+// working file, the fields and the page list follow it. False after a box:
+// "Error!", or the backup that could not be made.
 bool LoadQuestFile(Program& p, const std::string& quest);
 
 }  // namespace editor

@@ -79,21 +79,23 @@ void createquest::Form_Load(Program& p) {
 
 void createquest::mnunew_Click(Program& p) {
   if (p.MsgBox(kNewQuestion, 4, kWarning) != 6) return;
+  // The copy is made while the work is whole: clearing the story fields
+  // below writes into it.
+  if (!editor::KeepWorkingFile(p)) return;
   EditorState e(p);
   Skip([&] { e.pg.Clear(); });
   for (const char* name : kClearedByNew) Skip([&] { TextBox(p.surface(), kForm, name).SetText(""); });
   Skip([&] { e.filepath.SetCaption(""); });
   std::string working = DeriveWorkingPath(p);
-  editor::KeepWorkingFile(p);
   Skip([&] { p.Kill(working); });
   Skip([&] { e.pg.SetSelected(0, true); });
   Skip([&] { WritePageCount(p, e); });
 }
 
 bool editor::LoadQuestFile(Program& p, const std::string& quest) {
+  if (!editor::KeepWorkingFile(p)) return false;
   EditorState e(p);
   try {
-    editor::KeepWorkingFile(p);
     if (!CopyProfileFile(p, quest, DeriveWorkingPath(p))) throw Failure("File not found");
     e.filepath.SetCaption(quest);
     createquest::pg_Click(p);
@@ -117,7 +119,9 @@ void createquest::mnusave_Click(Program& p) {
   e.questfile.SetInitDir(p.AppPath());
   if (!p.ShowSave(e.questfile.id()) || e.questfile.FileName().empty()) return;
   const std::string quest = e.questfile.FileName();
-  if (!editor::SaveQuestFile(p, DeriveWorkingPath(p), quest)) {
+  const std::string working = DeriveWorkingPath(p);
+  if (!editor::KeepQuestBeforeSave(p, working, quest)) return;
+  if (!CopyProfileFile(p, working, quest)) {
     p.MsgBox(kError);
     return;
   }
