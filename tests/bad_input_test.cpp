@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <tuple>
 
 #include "bad_input.h"
 #include "bindings/headless/headless_services.h"
@@ -18,6 +19,7 @@
 #include "play/saved_game.h"
 #include "play/start_quest.h"
 #include "store/profile.h"
+#include "store/program_store.h"
 #include "store/scrambler.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -373,8 +375,20 @@ TEST_F(Limits, AQuestInAReadOnlyFolderPlaysOnWithoutItsCharacter) {
   fs::permissions(folder, fs::perms::owner_all);
 }
 
-TEST_F(Limits, ANumberOfPagesPastTheEditorsListIsAnError) {
-  for (const char* count : {"32767", "40000"}) {
+// The page list holds at most 32767 entries, as Load rebuilds it: a count
+// past that is an error, and Add Page never writes one. A count below zero
+// leaves no page for a typed field, and the editor says so.
+TEST_F(Limits, ANumberOfPagesPastTheEditorsListOrBelowZero) {
+  const std::string full = ", box \"A quest can have no more than 32767 pages.\"";
+  const std::string none =
+      ", box \"This quest's Number Of Pages is below zero, so its page list is empty and what you type in the page "
+      "fields is kept nowhere. Click Add Page, then the new page, before you type.\"";
+  const std::tuple<const char*, std::string, std::string> counts[] = {
+      {"32767", ", pages 32767", full + ", pages 32767, count 32767"},
+      {"1e9", ", box \"Error!\", pages 32767", full + ", pages 32767, count 1e9"},
+      {"-3", ", box \"Error!\"" + none + ", pages 0", ", pages 1, count 1"},
+  };
+  for (const auto& [count, loaded, added] : counts) {
     testing::TempDir dir;
     fs::path quest = dir.path / "q.fbw";
     testing::WriteBytes(quest, std::string("[Quest Data]\r\nNumber Of Pages=") + count + "\r\n[1]\r\nPage Text=A\r\n");
@@ -383,12 +397,15 @@ TEST_F(Limits, ANumberOfPagesPastTheEditorsListIsAnError) {
       Child c(dir.path, dir.path);
       c.Do([&] { OpenEditor(c.p); });
       c.Do([&] { OpenEditorOn(c.p, quest.string()); });
-      return c.Seen() + ", pages " + std::to_string(EditorState(c.p).pg.ListCount());
+      EditorState e(c.p);
+      std::string seen = c.Seen() + ", pages " + std::to_string(e.pg.ListCount()) + " /";
+      c.platform.dialogs.unchecked().clear();
+      c.Do([&] { createquest::Command1_Click(c.p); });
+      return seen + c.Seen().substr(kEmptyPage.size()) + ", pages " + std::to_string(e.pg.ListCount()) +
+             ", count " + ReadINI(c.p, "tmpquest.ini", "Quest Data", "Number Of Pages");
     });
     EXPECT_TRUE(run.finished) << run.how;
-    EXPECT_EQ(run.said, std::string("page \"\" (0)") + (count == std::string("40000") ? ", box \"Error!\"" : "") +
-                            ", pages 32767")
-        << count;
+    EXPECT_EQ(run.said, kEmptyPage + loaded + " /" + added) << count;
   }
 }
 

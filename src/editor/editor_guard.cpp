@@ -103,6 +103,7 @@ bool editor::OfferRecovery(Program& p) {
   EditorState e(p);
   Skip([&] { RebuildPageList(p); });
   if (e.pg.ListCount() > 0) Skip([&] { e.pg.SetSelected(0, true); });
+  TellOfNoPages(p);
   return true;
 }
 

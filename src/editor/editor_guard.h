@@ -35,5 +35,9 @@ bool KeepQuestBeforeSave(Program& p, const std::string& working, const std::stri
 // "Error!", or the backup that could not be made.
 bool LoadQuestFile(Program& p, const std::string& quest);
 
+// When the working file counts its pages below zero, the page list is empty
+// and a typed field goes to no page: says so.
+void TellOfNoPages(Program& p);
+
 }  // namespace editor
 }  // namespace fw

@@ -52,6 +52,10 @@ struct EditorModule {
 // a backslash and the name.
 std::string DeriveWorkingPath(Program& p);
 
+// The most entries the page list takes: a list box counts them in 16 bits,
+// and Load rebuilds the list to no more than this.
+inline constexpr int kMostPages = 32767;
+
 // Rebuilds the page list to the working file's Number Of Pages, as Load
 // does; throws Failure when the count is absent or no number.
 void RebuildPageList(Program& p);

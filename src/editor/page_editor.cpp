@@ -100,6 +100,11 @@ void createquest::pg_Click(Program& p) {
 
 void createquest::Command1_Click(Program& p) {
   EditorState e(p);
+  // A count past what Load takes back would lose the pages beyond it.
+  if (e.pg.ListCount() >= kMostPages) {
+    p.MsgBox("A quest can have no more than " + std::to_string(kMostPages) + " pages.", 64);
+    return;
+  }
   std::string chosen = e.Text13.Text();
   if (!chosen.empty()) {
     e.pg.AddItem(chosen);

@@ -24,8 +24,9 @@ constexpr const char* kCompileFirst =
     "You must load a quest file into memory first. If you were working on a quest file, save it to your hard "
     "disk and click compile again, because that file is needed by the compiler.";
 constexpr const char* kError = "Error!";
-// A list box counts its entries in 16 bits.
-constexpr int kMostEntries = 32767;
+constexpr const char* kNoPages =
+    "This quest's Number Of Pages is below zero, so its page list is empty and what you type in the page fields "
+    "is kept nowhere. Click Add Page, then the new page, before you type.";
 
 // New clears these, in this order; the media fields and check boxes keep
 // what they show until a page is selected.
@@ -59,7 +60,7 @@ void RebuildPageList(Program& p) {
     if (count > wanted) {
       e.pg.RemoveItem(count - 1);  // fails on an empty list: a count below zero
     } else {
-      if (count >= kMostEntries) throw Failure("Overflow");
+      if (count >= kMostPages) throw Failure("Overflow");
       e.pg.AddItem(std::to_string(count + 1));
     }
   }
@@ -95,16 +96,26 @@ void createquest::mnunew_Click(Program& p) {
 bool editor::LoadQuestFile(Program& p, const std::string& quest) {
   if (!editor::KeepWorkingFile(p)) return false;
   EditorState e(p);
+  bool loaded = true;
   try {
     if (!CopyProfileFile(p, quest, DeriveWorkingPath(p))) throw Failure("File not found");
     e.filepath.SetCaption(quest);
     createquest::pg_Click(p);
     RebuildPageList(p);
-    return true;
   } catch (const Failure&) {
     p.MsgBox(kError);
-    return false;
+    loaded = false;
   }
+  editor::TellOfNoPages(p);
+  return loaded;
+}
+
+void editor::TellOfNoPages(Program& p) {
+  if (EditorState(p).pg.ListCount() > 0) return;
+  // A count of 0 is an empty quest, as New leaves it: its empty list is no surprise.
+  double count = 0;
+  Skip([&] { count = ToDouble(ReadINI(p, kWorkingFile, kQuestData, kNumberOfPages)); });
+  if (count < 0) p.MsgBox(kNoPages, 64);
 }
 
 void createquest::mnuloadquest_Click(Program& p) {
