@@ -211,7 +211,7 @@ TEST(TerminalPlayer, BothSidesOfAFightAreShownAfterEveryRoundAndTheProgramsOwnJo
 
   std::string command = "cd '" + dir.str() + "' && printf 'open\nown.fbw\n" + fight +
                         "' | env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + FABLEWRIGHT_BIN +
-                        " --seed 7 --home . 2>/dev/null";
+                        " --seed 7 --home . --app-dir . 2>/dev/null";
   std::FILE* pipe = ::popen(command.c_str(), "r");
   std::string own;
   char buf[4096];

@@ -33,6 +33,9 @@ struct FileDialogRequest {
   std::string form, dialog;  // e.g. "FrmGame", "questfile"
   bool save = false;
   std::string filter, defaultExt, initDir, fileName;
+  // Where the dialog opens (a host folder), as the program decides it; ""
+  // leaves it to the desktop. InitDir is what the logic set.
+  std::string startDir;
 };
 
 // Message boxes and file dialogs: both block until the user answers.
@@ -67,6 +70,8 @@ class FileSystem {
   virtual void Remove(const std::string& path) = 0;
   virtual bool Exists(const std::string& path) = 0;
   virtual bool IsDirectory(const std::string& path) = 0;
+  // Whether the user may make files in the folder.
+  virtual bool Writable(const std::string& folder) = 0;
   // The first bytes of a file, "" when unreadable.
   virtual std::string Head(const std::string& path, std::size_t bytes) = 0;
 };
