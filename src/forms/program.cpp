@@ -110,12 +110,14 @@ void Program::DoEvents() {
   RunDue();
 }
 
-void Program::Pause(double seconds) {
+void Program::Pause(double seconds) { Pause(seconds, {}); }
+
+void Program::Pause(double seconds, const std::function<bool()>& cut) {
   double start = Timer();
   for (;;) {
     double elapsed = Timer() - start;
     if (elapsed < 0) elapsed += kDay;  // past midnight the clock starts again at 0
-    if (!(elapsed < seconds)) return;
+    if (!(elapsed < seconds) || (cut && cut())) return;
     DoEvents();
   }
 }

@@ -20,6 +20,7 @@
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/transcript_echo.h"
+#include "shell/small_forms.h"
 
 namespace fw {
 namespace {
@@ -66,6 +67,24 @@ class GameWatch : public SurfaceObserver {
   std::function<void()> battleOver_;
 };
 
+// DoEvents at the terminal: a short sleep, so that a pause does not spin.
+// The terminal shows the splash as its words, which are read at once, so it
+// goes on as a key on the splash lets the player on.
+class TerminalPump : public EventPump {
+ public:
+  void Pump(Program& p) override {
+    FormSurface& s = p.surface();
+    int splash = s.FindForm("FrmSplash");
+    if (!splashPassed_ && splash >= 0 && s.IsLoaded(splash) && s.Form(splash).visible)
+      splashPassed_ = ClickForm(p, splash).empty();
+    idle_.Pump(p);
+  }
+
+ private:
+  IdlePump idle_;
+  bool splashPassed_ = false;
+};
+
 class TerminalGame {
  public:
   TerminalGame(const TerminalOptions& o, const ProgramMaker& make, int inputFd, std::FILE* out);
@@ -99,7 +118,7 @@ class TerminalGame {
 
   TerminalOut out_;
   TypedText typed_;
-  IdlePump pump_;
+  TerminalPump pump_;
   std::unique_ptr<LineInput> input_;
   TerminalDialogs dialogs_;
   HeadlessPlayers players_;
@@ -396,6 +415,9 @@ void TerminalGame::Command(const std::string& line) {
 }
 
 int TerminalGame::Run() {
+  // What program this is, in the splash's words; the splash itself passes.
+  out_.Printf("%s\n", kSplashText);
+  echo_->SkipOpeningText();
   program_->Start();
   scoreShown_ = Text("score");
   if (opening_) {
