@@ -112,6 +112,9 @@ class MediaPlayers {
   virtual void Play(Program& program, ControlId player, int playCount) = 0;
   virtual void Stop(Program& program, ControlId player) = 0;
   virtual void SetPlayCount(Program& program, ControlId player, int playCount) = 0;
+  // The seconds until the player stops by itself, nullopt when it is not
+  // playing or the backend cannot tell.
+  virtual std::optional<double> SecondsLeft(Program& program, ControlId player);
 };
 
 // One file a game folder needs so that a copy of this program runs on a

@@ -16,6 +16,7 @@
 #include "forms/program.h"
 #include "forms/user_actions.h"
 #include "media/headless_media.h"
+#include "media/page_media.h"
 #include "platform/real_services.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
@@ -95,6 +96,8 @@ class TerminalGame {
   std::optional<int> Idle();
   void Settle();  // lets the option timer catch up after an action
   void ListOptions();
+  void TellMovie();
+  void AwaitMovie();
   void ShowPanel();
   void ShowBattle();
   void BattleOver();
@@ -130,6 +133,7 @@ class TerminalGame {
   std::string standingShown_;  // both sides of the fight as last printed
   std::string scoreShown_;     // the score as last printed
   bool atEnding_ = false;      // the last prompt was at a page without options
+  bool movieTold_ = false;     // the movie over the page has been told of
   std::set<std::string> noticesTold_;
 };
 
@@ -176,25 +180,51 @@ void TerminalGame::Settle() {
 // starts with a line break.
 void TerminalGame::ListOptions() {
   // The panels cover the options: say what can be done instead.
-  bool ending = !Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4");
   bool endingSeen = std::exchange(atEnding_, false);
   if (Shown("CharCreate")) return ShowPanel();
   panelShown_.clear();
   if (Shown("BattleBox")) return ShowBattle();
-  if (ending) {
+  out_.Write("\n");
+  if (Shown("lblTheEnd")) {
     // The final score comes with the ending once, and again if it changes.
     atEnding_ = true;
-    out_.Write("\n");
-    ShowScore(QuestOpen() && !endingSeen);
+    ShowScore(!endingSeen);
+    out_.Printf("%s\n%s\n", Text("lblTheEnd").c_str(),
+                Reachable("mnuloadquest") ? "(Type open, quit or help.)" : "(Type quit or help.)");
+  } else if (!Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4")) {
+    ShowScore(false);
     out_.Write("(No options. Type open, quit or help.)\n");
+  } else {
+    ShowScore(false);
+    for (int n = 1; n <= 4; ++n) {
+      std::string option = "Option" + std::to_string(n);
+      if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
+    }
+  }
+  TellMovie();
+}
+
+// A movie covers the page until it ends by itself; the terminal cannot show
+// it, so it says so, once a movie.
+void TerminalGame::TellMovie() {
+  std::optional<MovieCover> movie = MovieOverPage(*program_);
+  if (!movie) {
+    movieTold_ = false;
     return;
   }
-  out_.Write("\n");
-  ShowScore(false);
-  for (int n = 1; n <= 4; ++n) {
-    std::string option = "Option" + std::to_string(n);
-    if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
+  if (std::exchange(movieTold_, true)) return;
+  if (movie->secondsLeft) out_.Printf("(a movie plays: %.1f s)\n", *movie->secondsLeft);
+  else out_.Write("(a movie plays)\n");
+}
+
+// A command typed while the movie plays waits for its end, then runs as it
+// would on the page.
+void TerminalGame::AwaitMovie() {
+  while (!program_->Over() && MovieOverPage(*program_)) {
+    std::optional<int> wait = Idle();
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::clamp(wait.value_or(1000), 1, 1000)));
   }
+  movieTold_ = false;
 }
 
 // The score where it changed, or always (at an ending).
@@ -431,6 +461,7 @@ int TerminalGame::Run() {
     ListOptions();
     auto line = input_->Next("> ", Asking::Command);
     if (!line) break;
+    if (!Trimmed(*line).empty()) AwaitMovie();
     Command(*line);
   }
   out_.Write("\n");
