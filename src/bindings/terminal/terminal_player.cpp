@@ -217,8 +217,8 @@ void TerminalGame::TellMovie() {
   else out_.Write("(a movie plays)\n");
 }
 
-// A command typed while the movie plays waits for its end, then runs as it
-// would on the page.
+// An option chosen while the movie plays waits for its end, then is taken
+// as it would be on the page. The menus stay live meanwhile, as in the window.
 void TerminalGame::AwaitMovie() {
   while (!program_->Over() && MovieOverPage(*program_)) {
     std::optional<int> wait = Idle();
@@ -292,6 +292,7 @@ void TerminalGame::Choose(int n) {
     out_.Printf("There is no option %d here.\n", n);
     return;
   }
+  AwaitMovie();
   // An option is chosen as on screen: selected, then the choose button. A
   // panel over the page (the character, a battle) keeps both out of reach.
   ControlId choose = s.Id("FrmGame", "Picture1");
@@ -461,7 +462,6 @@ int TerminalGame::Run() {
     ListOptions();
     auto line = input_->Next("> ", Asking::Command);
     if (!line) break;
-    if (!Trimmed(*line).empty()) AwaitMovie();
     Command(*line);
   }
   out_.Write("\n");
