@@ -53,7 +53,7 @@ struct Job {
   std::map<std::string, Expected> otherwise;
 };
 
-const Expected kEmptyPage{0, "(No options. Type open, quit or help.)"};
+const Expected kEmptyPage{0, "The End \xE2\x80\x94 File > Load A Quest File to play again\n(Type open, quit or help.)"};
 const Expected kNoQuest{1, "fablewright: no quest file bad.fbw\n"};
 const Expected kCannotRead{1, "fablewright ini: cannot read ./bad.fbw\n"};
 const Expected kCannotReadQuest{1, "fablewright: cannot read the quest file bad.fbw: Permission denied\n"};
@@ -63,7 +63,7 @@ std::vector<Job> Jobs() {
       {"play",
        kBin + " play bad.fbw --home home --silent",
        kEmptyPage,
-       {{"a line of 1 MB", {0, "\n" + std::string(8999, 'w') + "\nScore: 0\n(No options."}},
+       {{"a line of 1 MB", {0, "\n" + std::string(8999, 'w') + "\nScore: 0\nThe End"}},
         {"a file of 100 MB", {0, "At the end."}},
         {"NUL bytes", {0, "A gate.\n  1. Go in"}},
         {"UTF-8 with a byte-order mark", {0, "A gate.\n  1. Go in"}},

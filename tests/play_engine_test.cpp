@@ -6,6 +6,7 @@
 
 #include "play/game_start.h"
 #include "play/game_state.h"
+#include "play/page_view.h"
 #include "play/show_page.h"
 #include "play/start_quest.h"
 #include "shell/forms.h"
@@ -103,6 +104,11 @@ class PackagedGame : public Engine {
 TEST_F(PackagedGame, TheStartImageStartsAgainWithoutTheCharacterPanel) {
   EXPECT_EQ(g.questfil.Caption(), p.AppPath() + "\\q.fbw");
   EXPECT_EQ(form.Caption(), "Packed");
+  // Its first page offers nothing, and the File menu is hidden: the line in
+  // the option area names the packaged game's way to start again.
+  Label end(p.surface(), "FrmGame", "lblTheEnd");
+  EXPECT_TRUE(end.Visible());
+  EXPECT_EQ(end.Caption(), kTheEndPackaged);
   CharCreate.SetVisible(false);
   g.List1.AddItem("Lamp");
   form.SetHeight(5000);

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "forms/dialog_folders.h"
+#include "forms/paths.h"
 #include "platform/real_services.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -32,6 +34,43 @@ TEST(ProgramFiles, CopyMakeKillAndChangeFolderFailAsThePlatformDoes) {
   EXPECT_EQ(p.ResolveMediaFile("gone.mid"), "");
   EXPECT_THROW(p.ChDir(dir + "/nowhere"), Failure);
   EXPECT_EQ(p.GetWindowsDir(), dir + "\\");
+}
+
+// Where a file dialog opens: the program's folder while the player may write
+// there; else saved games and characters in the per-user saves folder (made
+// then), quests beside the last quest picked, else the home folder.
+TEST(ProgramFiles, ADialogOpensWhereThePlayerMayWrite) {
+  testing::TestProgram own{AllForms()};  // its folder is the player's
+  testing::TempDir user, quests;
+  Program installed(own.platform.services(), AppInfo{"/usr/bin", "fablewright", user.str(), user.str()}, AllForms());
+  auto folder = [](Program& p, const char* dialog, const std::string& initDir) {
+    const ControlDecl& d = p.surface().Decl(p.surface().Id("FrmGame", dialog));
+    return DialogFolder(p, {"FrmGame", dialog, false, d.filter, d.defaultExt, initDir, "", ""});
+  };
+  struct Case {
+    Program& p;
+    const char* dialog;
+    std::string initDir, opens;
+  };
+  auto check = [&](std::initializer_list<Case> cases) {
+    for (const Case& c : cases) EXPECT_EQ(folder(c.p, c.dialog, c.initDir), c.opens) << c.dialog << " " << c.initDir;
+  };
+  std::string saves = user.str() + "/saves";
+  check({{own.program, "file", own.program.AppPath(), own.dir.str()},
+         {own.program, "charfile", "", own.dir.str()},
+         {own.program, "questfile", own.program.AppPath(), own.dir.str()},
+         {installed, "file", "/usr/bin", saves},
+         {installed, "charfile", "", saves},
+         {installed, "questfile", "/usr/bin", HomeDir()},
+         // Any other InitDir stands; none leaves the dialog to the desktop.
+         {installed, "questfile", quests.str(), quests.str()},
+         {installed, "questfile", "", ""}});
+  EXPECT_TRUE(std::filesystem::is_directory(saves));
+  own.platform.dialogs.QueueFile("FrmGame.questfile", quests.str() + "/q.fbw");
+  EXPECT_TRUE(installed.ShowOpen(installed.surface().Id("FrmGame", "questfile")));
+  check({{installed, "questfile", "/usr/bin", quests.str()}, {installed, "file", "/usr/bin", saves}});
+  EXPECT_FALSE(UsersToWrite(own.program, "/opt/game"));
+  EXPECT_FALSE(UsersToWrite(own.program, own.dir.str() + "/missing"));
 }
 
 TEST(ProgramProcesses, AProgramStartsWithItsWordsWholeAndFailsOnlyWhenNotFound) {

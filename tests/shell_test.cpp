@@ -63,6 +63,27 @@ TEST(Splash, LoadsThePackagedGameBehindItselfThenShowsItForThreeSeconds) {
   EXPECT_FALSE(OptionButton(t.surface(), "FrmGame", "Option2").Visible());
 }
 
+// A key or click on the splash (which a binding reports as the form's own
+// click) lets the player in at once; no other window takes such a click.
+TEST(Splash, AKeyOrClickOnItCutsItsPauseShort) {
+  testing::TestProgram t{AllForms()};
+  FormSurface& s = t.surface();
+  int splash = s.FindForm("FrmSplash"), game = s.FindForm("FrmGame");
+  double start = t.now();
+  std::string refused;
+  t.program.Post(start + 1, [&](Program& p) {
+    refused = ClickForm(p, game);
+    EXPECT_EQ(ClickForm(p, splash), "");
+  });
+  t.program.Start();
+  EXPECT_EQ(refused, "is not open");
+  EXPECT_LT(t.now() - start, 1.01);
+  EXPECT_TRUE(s.Form(game).visible);
+  EXPECT_FALSE(s.Form(splash).visible);
+  EXPECT_EQ(ClickForm(t.program, splash), "is not open");
+  EXPECT_EQ(ClickForm(t.program, game), "takes no click");
+}
+
 TEST(PressAnimation, ASecondPressDuringTheFirstEndsWithTheButtonInItsPlace) {
   testing::TestProgram t{AllForms()};
   t.program.Start();

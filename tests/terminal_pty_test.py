@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """The terminal player at a terminal: a pseudo-terminal 60 columns wide, a
 player who edits a line, recalls one from the history, completes a command
-with Tab, and reads the page wrapped on word boundaries.
+with Tab (and a saved game's name in the folder the save dialog opens in),
+and reads the page wrapped on word boundaries.
 
 Usage: terminal_pty_test.py FABLEWRIGHT_BIN. Every step waits for the text it
 expects (at most a few seconds), never for a fixed time."""
@@ -42,7 +43,10 @@ class Game:
         self.pid, self.fd = pty.fork()
         if self.pid == 0:
             os.chdir(folder)
-            os.execve(binary, [binary, "play", "--silent", quest, "--home", folder], env)
+            # The program's folder is not the current one: a bare name at the
+            # save prompt means the program's folder, which the player may write.
+            os.execve(binary, [binary, "play", "--silent", quest, "--home", folder,
+                               "--app-dir", os.path.join(folder, "app")], env)
         fcntl.ioctl(self.fd, termios.TIOCSWINSZ, struct.pack("HHHH", 24, COLUMNS, 0, 0))
         self.raw = b""
         self.seen = 0  # how far expect has read
@@ -114,7 +118,11 @@ def check_wrapping(game):
 def main():
     binary = sys.argv[1]
     with tempfile.TemporaryDirectory() as folder:
+        os.mkdir(os.path.join(folder, "app"))
+        open(os.path.join(folder, "app", "first.sav"), "w").close()
         game = Game(binary, folder)
+        # What program this is comes first, and the quest's banner after it.
+        game.expect("Fablewright 2004, Beta 5.9: tales told by your choices\nLantern\n")
         game.expect("  1. Walk on towards the crossroads\n> ")
         check_wrapping(game)
 
@@ -137,6 +145,13 @@ def main():
         game.expect("> ")
         game.send("save ch\t\r")
         game.expect("Quest does not utilize the character option")
+        game.expect("> ")
+
+        # Completed: "fi" and Tab give first.sav, found in the program's folder.
+        game.send("save\r")
+        game.expect("empty to cancel: ")
+        game.send("fi\t\r")
+        game.expect("/app/first.sav\nSaved Successfully.")
         game.expect("> ")
 
         game.send("1\r")

@@ -7,7 +7,11 @@
 #include <iterator>
 #include <string>
 
+#include "bindings/terminal/terminal_player.h"
+#include "shell/forms.h"
+#include "shell/small_forms.h"
 #include "store/profile.h"
+#include "test_media.h"
 #include "test_program.h"
 
 namespace fw {
@@ -45,12 +49,15 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
          "[2]\r\nLocation=The door\r\nPage Text=The door is locked.\r\n"
          "Option One=Unlock the door\r\nOption One Destination Page=3\r\nKey Item1=Rusty key\r\nRequired1=1\r\n";
   std::string out = Play(quest, "7\\n1\\n1\\nopen\\nmaybe\\nn\\nopen\\ny\\n\\n", dir.str());
-  EXPECT_NE(out.find("The Old Mill\n-----"), std::string::npos) << out;
+  // What program this is, then the quest's banner.
+  EXPECT_TRUE(out.starts_with(std::string(kSplashText) + "\nThe Old Mill\n-----")) << out;
   EXPECT_NE(out.find("by the caf\xC3\xA9."), std::string::npos) << out;
   EXPECT_NE(out.find("  1. Take the key and go on\n  2. Go on\n"), std::string::npos) << out;
   EXPECT_NE(out.find("There is no option 7 here."), std::string::npos) << out;
   EXPECT_NE(out.find(">\nThe door is locked.\nScore: 5\n  1. Unlock the door\n> "), std::string::npos) << out;
-  EXPECT_NE(out.find("(No options."), std::string::npos) << out;
+  EXPECT_NE(out.find("\nThe End \xE2\x80\x94 File > Load A Quest File to play again\n(Type open, quit or help.)\n"),
+            std::string::npos)
+      << out;
   // Message boxes become prompts, a file dialog a path prompt.
   EXPECT_NE(out.find("\nWARNING!!!! Are you sure? This will end the current game without saving!\nYes or no (y/n)? "
                      "Yes or no (y/n)? "),
@@ -82,14 +89,18 @@ TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
          "[3]\r\nLocation=Deep cave\r\nPage Text=It is quiet now.\r\nOption One=Leave\r\nOption One Destination Page=1\r\n";
   std::string sav = dir.str() + "/bat.sav";
   // With the seed fixed the fight is the same every run; a monster of one hit
-  // point that cannot hurt falls to the first blow that lands.
+  // point that cannot hurt falls to the first blow that lands. The character
+  // panel keeps the page's option and the fight out of reach until it closes.
   std::string out = Play(quest,
-                         "attack\nname Ana\ncreate\n1\nattack\nattack\nattack\nclose\nitems\ncharacter\n"
+                         "1\nattack\nname Ana\ncreate\n1\nattack\nattack\nattack\nclose\nitems\ncharacter\n"
                          "save\n" + sav + "\nload\n" + sav + "\nitems\nq\ny\n",
                          dir.str(), "--seed 7");
   ExpectInOrder(out, {"Name: Hero  Level: 1",
                       "(Character panel: name NAME, reroll, create, save character, load character.)",
-                      "That is not possible here.", "Name: Ana  Level: 1", "  1. Go in",
+                      // Its prompt starts a paragraph of its own, whether or not
+                      // its fields are printed again above it.
+                      "> That is not possible here.\n\n(Character panel:",
+                      "> That is not possible here.\n\n(Character panel:", "Name: Ana  Level: 1", "  1. Go in",
                       "You are under attack from Bat!\nBat's HP: 1   Your Hp: ",
                       "(A battle! Type attack or escape.)", "\nYou have gained a level!\n", "You have won the battle!",
                       ">\nDeep cave\n>\nIt is quiet now.\nName: Ana  Level: 2",
@@ -97,6 +108,7 @@ TEST(TerminalPlayer, CharacterBattleItemsAndASavedGame) {
                       "Name: Ana  Level: 2", "Exp: 0 of 100", "Saved Successfully.", "Loaded Successfully.",
                       "  Bat wing\n  Bat wing\n"});
   EXPECT_NE(out.find("HP: "), std::string::npos) << out;
+  EXPECT_GT(out.find("A bat swoops."), out.find("Name: Ana")) << out;
   EXPECT_EQ(QuestStore(dir.str()).ReadINI(sav, "List Data", "0"), "Bat wing");
 }
 
@@ -107,16 +119,6 @@ constexpr const char* kBatCave =
     "[2]\r\nLocation=Cave\r\nPage Text=A bat swoops.\r\nBattle=1\r\nBattleMonName=Bat\r\nBattleMonHp=1\r\n"
     "BattleMonAtk=0\r\nBattleMonExp=100\r\nBattleWin=3\r\n"
     "[3]\r\nLocation=Deep cave\r\nPage Text=It is quiet now.\r\n";
-
-TEST(TerminalPlayer, TheCharacterPanelKeepsThePagesOptionsOutOfReach) {
-  testing::TempDir dir;
-  std::string quest = WriteQuest(dir, "bat.fbw", kBatCave);
-  std::string out = Play(quest, "1\nq\ny\n", dir.str());
-  // The panel's prompt starts a paragraph of its own, whether or not its
-  // fields are printed again above it.
-  ExpectInOrder(out, {"Wings flutter inside.\nName: Hero", "\n(Character panel:", "> That is not possible here.\n\n(Character panel:"});
-  EXPECT_EQ(out.find("A bat swoops."), std::string::npos) << out;
-}
 
 TEST(TerminalPlayer, ACharacterTheQuestFileCannotTakeIsToldOnceAndTheFileStaysWhole) {
   testing::TempDir dir;
@@ -150,20 +152,30 @@ TEST(TerminalPlayer, CommandsAreTakenWhateverTheirCaseAndBlanksAndLookGivesThePl
                       "> Score: 0\n", ">\nThe door is locked.\nScore: 5\n  1. Back\n",
                       "> \nThe door\nThe door is locked.\n", ">\nA rusty key lies in the grass.\n  1. Go on",
                       // Back on page 1 the score did not change: it is not repeated.
-                      ">\nYou are home.\nScore: 3\n(No options.",
+                      ">\nYou are home.\nScore: 3\nThe End",
                       // At an ending it is told once, and on asking.
-                      "> Type the number of an option", "(No options.", "> Score: 3\n"});
+                      "> Type the number of an option", "\nThe End", "> Score: 3\n"});
   EXPECT_EQ(out.find("Score: 5\n  1. Go on"), std::string::npos) << out;
-  EXPECT_EQ(out.find("Score: 3\n(No options", out.find("Score: 3\n(No options") + 1), std::string::npos) << out;
+  EXPECT_EQ(out.find("Score: 3\nThe End", out.find("Score: 3\nThe End") + 1), std::string::npos) << out;
 }
 
-TEST(TerminalPlayer, ALoadedNameWithoutItsExtensionIsFound) {
+// A bare name is saved where the dialog opens: the program's own folder
+// where the player may write there, else the per-user saves folder; the
+// transcript says where. A name to load is found without its extension.
+TEST(TerminalPlayer, ABareNameGoesWhereTheDialogOpensAndIsLoadedWithoutItsExtension) {
   testing::TempDir dir;
   std::string quest = WriteQuest(dir, "mill.fbw", kMill);
-  std::string game = dir.str() + "/first";
-  std::string out = Play(quest, "1\nsave\n" + game + "\n1\nload\n" + game + " \nq\ny\n", dir.str());
-  ExpectInOrder(out, {"Game: " + game + ".sav\nSaved Successfully.", "Game: " + game + ".sav\nLoaded Successfully.",
-                      ">\nThe door is locked.\n"});
+  struct Case {
+    std::string appDir, folder;
+  };
+  for (const Case& c : {Case{dir.str(), dir.str()}, Case{"/usr/bin", dir.str() + "/saves"}}) {
+    SCOPED_TRACE(c.appDir);
+    std::string out = Play(quest, "1\nsave\nfirst\n1\nload\nfirst \nq\ny\n", dir.str(), "--app-dir " + c.appDir);
+    std::string game = c.folder + "/first.sav";
+    ExpectInOrder(out, {"Game: " + game + "\nSaved Successfully.", "Game: " + game + "\nLoaded Successfully.",
+                        ">\nThe door is locked.\n"});
+    EXPECT_TRUE(std::filesystem::is_regular_file(game));
+  }
 }
 
 TEST(TerminalPlayer, TheCharacterBeforeItIsMadeAndItsFilesAreTold) {
@@ -211,13 +223,70 @@ TEST(TerminalPlayer, BothSidesOfAFightAreShownAfterEveryRoundAndTheProgramsOwnJo
 
   std::string command = "cd '" + dir.str() + "' && printf 'open\nown.fbw\n" + fight +
                         "' | env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + FABLEWRIGHT_BIN +
-                        " --seed 7 --home . 2>/dev/null";
+                        " --seed 7 --home . --app-dir . 2>/dev/null";
   std::FILE* pipe = ::popen(command.c_str(), "r");
   std::string own;
   char buf[4096];
   while (std::size_t n = std::fread(buf, 1, sizeof buf, pipe)) own.append(buf, n);
   EXPECT_EQ(::pclose(pipe), 0);
   EXPECT_EQ(Fight(own), Fight(out)) << own;
+}
+
+// An option typed while the movie covers the page waits for its end; the
+// terminal says once that a movie plays, and for how long.
+TEST(TerminalPlayer, AnOptionTypedDuringAMovieRunsWhenTheMovieEnds) {
+  testing::TempDir dir;
+  // Half a second: five frames of 100 ms.
+  std::ofstream(dir.str() + "/gate.avi", std::ios::binary)
+      << "RIFF" + testing::Le(4 + 8 + 56, 4) + "AVI avih" + testing::Le(56, 4) + testing::Le(100000, 4) +
+             std::string(12, '\0') + testing::Le(5, 4) + std::string(36, '\0');
+  std::string quest = WriteQuest(dir, "gate.fbw",
+                                 "[1]\r\nPage Text=The gate opens.\r\nMovie=gate.avi\r\n"
+                                 "Option One=Go through\r\nOption One Destination Page=2\r\n"
+                                 "[2]\r\nPage Text=Inside.\r\nOption One=Back\r\n");
+  std::string out = Play(quest, "1\\n\\nq\\ny\\n", dir.str());
+  ExpectInOrder(out, {"  1. Go through\n(a movie plays: ", " s)\n> ", ">\nInside.\n  1. Back\n> \n  1. Back\n> "});
+  EXPECT_EQ(out.find("a movie plays", out.find("a movie plays") + 1), std::string::npos) << out;
+  EXPECT_EQ(out.find("That is not possible here."), std::string::npos) << out;
+}
+
+// Without a splash to show, the terminal says what program this is and goes
+// straight on: not a moment of the splash's pause passes.
+TEST(TerminalPlayer, PassesTheSplashAtOnce) {
+  testing::TempDir dir;
+  HeadlessPlatform platform;
+  // The terminal's own pump, each call a millisecond of virtual time as a
+  // script's would take, so a pause kept would show on the clock.
+  struct Ticking : EventPump {
+    EventPump* terminal = nullptr;
+    VirtualClock* clock = nullptr;
+    void Pump(Program& p) override {
+      terminal->Pump(p);
+      clock->Set(clock->Now() + 0.001);
+    }
+  } ticking;
+  ticking.clock = &platform.clock;
+  ProgramMaker make = [&](Services own) {
+    Services services = platform.services();
+    ticking.terminal = own.pump;
+    services.pump = &ticking;
+    services.dialogs = own.dialogs;
+    services.players = own.players;
+    return std::make_unique<Program>(services, AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
+  };
+  int input[2];
+  ASSERT_EQ(::pipe(input), 0);
+  ASSERT_EQ(::write(input[1], "quit\n", 5), 5);
+  ::close(input[1]);
+  std::FILE* out = std::tmpfile();
+  EXPECT_EQ(PlayInTerminal({}, make, input[0], out), 0);
+  ::close(input[0]);
+  EXPECT_LT(platform.clock.Now() - VirtualClock::kStart, 0.1);
+  std::rewind(out);
+  char first[200] = {};
+  ASSERT_NE(std::fgets(first, sizeof first, out), nullptr);
+  std::fclose(out);
+  EXPECT_EQ(std::string(first), std::string(kSplashText) + "\n");
 }
 
 // The shell's boxes and windows that a terminal can show, and the exit

@@ -4,6 +4,8 @@
 
 namespace fw {
 
+std::optional<double> MediaPlayers::SecondsLeft(Program&, ControlId) { return std::nullopt; }
+
 void SetPlayerFileName(Program& p, ControlId player, std::string_view file) {
   FormSurface& s = p.surface();
   MediaPlayers& backend = *p.services().players;

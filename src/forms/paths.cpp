@@ -35,4 +35,9 @@ std::string DefaultUserDir() {
   return dir;
 }
 
+std::string HomeDir() {
+  const char* home = std::getenv("HOME");
+  return home ? home : "";
+}
+
 }  // namespace fw

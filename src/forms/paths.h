@@ -21,4 +21,7 @@ bool HasDirectoryPart(std::string_view path);
 // Created when missing.
 std::string DefaultUserDir();
 
+// The user's home folder ($HOME), "" when it is not known.
+std::string HomeDir();
+
 }  // namespace fw

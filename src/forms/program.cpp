@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "forms/codepage.h"
+#include "forms/dialog_folders.h"
 #include "forms/paths.h"
 
 namespace fw {
@@ -90,11 +91,16 @@ bool Program::ShowSave(ControlId dialog) { return ShowFileDialog(dialog, true); 
 bool Program::ShowFileDialog(ControlId dialog, bool save) {
   const Control& c = surface_.At(dialog);
   FileDialogRequest request{surface_.Table(dialog.form).name, c.decl->name, save,
-                            c.decl->filter, c.decl->defaultExt, c.initDir, c.fileName};
+                            c.decl->filter, c.decl->defaultExt, c.initDir, c.fileName, ""};
   std::optional<std::string> answer;
-  if (nextFileAnswer_ && nextFileAnswer_->first == dialog) answer = std::exchange(nextFileAnswer_, {})->second;
-  else answer = services_.dialogs->FileDialog(request);
+  if (nextFileAnswer_ && nextFileAnswer_->first == dialog) {
+    answer = std::exchange(nextFileAnswer_, {})->second;
+  } else {
+    request.startDir = DialogFolder(*this, request);
+    answer = services_.dialogs->FileDialog(request);
+  }
   if (!answer) return false;
+  if (request.defaultExt == "*.fbw") RememberQuestFolder(*this, *answer);
   surface_.SetFileName(dialog, save ? WithDefaultExt(*answer, c.decl->defaultExt) : *answer);
   return true;
 }
@@ -104,12 +110,14 @@ void Program::DoEvents() {
   RunDue();
 }
 
-void Program::Pause(double seconds) {
+void Program::Pause(double seconds) { Pause(seconds, {}); }
+
+void Program::Pause(double seconds, const std::function<bool()>& cut) {
   double start = Timer();
   for (;;) {
     double elapsed = Timer() - start;
     if (elapsed < 0) elapsed += kDay;  // past midnight the clock starts again at 0
-    if (!(elapsed < seconds)) return;
+    if (!(elapsed < seconds) || (cut && cut())) return;
     DoEvents();
   }
 }

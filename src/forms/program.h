@@ -104,6 +104,8 @@ class Program {
   double Now() { return Timer(); }
   void DoEvents();
   void Pause(double seconds);
+  // The same, cut short at the first look after cut() gives true.
+  void Pause(double seconds, const std::function<bool()>& cut);
   void PressAnimation(ControlId control);
   // Runs the callback on this program's thread once the clock reaches due.
   void Post(double due, std::function<void(Program&)> callback);

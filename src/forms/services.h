@@ -33,6 +33,9 @@ struct FileDialogRequest {
   std::string form, dialog;  // e.g. "FrmGame", "questfile"
   bool save = false;
   std::string filter, defaultExt, initDir, fileName;
+  // Where the dialog opens (a host folder), as the program decides it; ""
+  // leaves it to the desktop. InitDir is what the logic set.
+  std::string startDir;
 };
 
 // Message boxes and file dialogs: both block until the user answers.
@@ -69,6 +72,8 @@ class FileSystem {
   virtual void Remove(const std::string& path) = 0;
   virtual bool Exists(const std::string& path) = 0;
   virtual bool IsDirectory(const std::string& path) = 0;
+  // Whether the user may make files in the folder.
+  virtual bool Writable(const std::string& folder) = 0;
   // The first bytes of a file, "" when unreadable.
   virtual std::string Head(const std::string& path, std::size_t bytes) = 0;
 };
@@ -109,6 +114,9 @@ class MediaPlayers {
   virtual void Play(Program& program, ControlId player, int playCount) = 0;
   virtual void Stop(Program& program, ControlId player) = 0;
   virtual void SetPlayCount(Program& program, ControlId player, int playCount) = 0;
+  // The seconds until the player stops by itself, nullopt when it is not
+  // playing or the backend cannot tell.
+  virtual std::optional<double> SecondsLeft(Program& program, ControlId player);
 };
 
 // One file a game folder needs so that a copy of this program runs on a

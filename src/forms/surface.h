@@ -172,6 +172,10 @@ class FormSurface {
   void RaiseForm(int form, Event event);
   // Whether the form answers the control's event with a handler.
   bool Answers(ControlId id, Event event) const { return Handler(id.form, id.index, event) != nullptr; }
+  // Whether a loaded form answers its own event with a handler.
+  bool AnswersForm(int form, Event event) const {
+    return Handler(form, static_cast<int>(forms_[form].controls.size()), event) != nullptr;
+  }
 
   // -- Timers, for the event loop.
   double NextTimerDue() const;

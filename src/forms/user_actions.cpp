@@ -117,4 +117,12 @@ std::string CloseForm(Program& p, int form) {
   return "";
 }
 
+std::string ClickForm(Program& p, int form) {
+  FormSurface& s = p.surface();
+  if (!s.IsLoaded(form) || !s.Form(form).visible) return "is not open";
+  if (!s.AnswersForm(form, Event::Click)) return "takes no click";
+  p.RunEvent([&] { s.RaiseForm(form, Event::Click); });
+  return "";
+}
+
 }  // namespace fw

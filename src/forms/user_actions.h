@@ -45,4 +45,11 @@ std::string ClickAt(Program& p, ControlId id, float x, float y);
 // loaded and visible.
 std::string CloseForm(Program& p, int form);
 
+// A key or a click on a form's window that no control of it takes (a click
+// on its own ground, a key its key table does not name): raises the form's
+// own Click. Refused ("is not open") unless the form is loaded and visible,
+// and ("takes no click") when the form has no Click of its own, so that a
+// binding leaves the key to the toolkit.
+std::string ClickForm(Program& p, int form);
+
 }  // namespace fw

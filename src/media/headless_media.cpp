@@ -54,7 +54,7 @@ void HeadlessPlayers::Unload(Program&, ControlId player) {
 
 void HeadlessPlayers::ScheduleEnd(Program& program, ControlId player, State& s, int playCount) {
   std::uint64_t round = s.round = ++lastRound_;
-  double end = s.started + s.length * std::max(playCount, 1);
+  double end = s.end = s.started + s.length * std::max(playCount, 1);
   program.Post(end, [this, player, round](Program& p) {
     auto it = players_.find({player.form, player.index});
     if (it == players_.end() || it->second.round != round) return;
@@ -76,6 +76,12 @@ void HeadlessPlayers::Stop(Program&, ControlId player) {
   if (it == players_.end()) return;
   it->second.playing = false;
   it->second.round = ++lastRound_;
+}
+
+std::optional<double> HeadlessPlayers::SecondsLeft(Program& program, ControlId player) {
+  auto it = players_.find({player.form, player.index});
+  if (it == players_.end() || !it->second.playing) return std::nullopt;
+  return std::max(0.0, it->second.end - program.Now());
 }
 
 void HeadlessPlayers::SetPlayCount(Program& program, ControlId player, int playCount) {

@@ -1,5 +1,6 @@
 #pragma once
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,11 +38,13 @@ class HeadlessPlayers : public MediaPlayers {
   void Play(Program& program, ControlId player, int playCount) override;
   void Stop(Program& program, ControlId player) override;
   void SetPlayCount(Program& program, ControlId player, int playCount) override;
+  std::optional<double> SecondsLeft(Program& program, ControlId player) override;
 
  private:
   struct State {
     double length = 0;
     double started = 0;
+    double end = 0;  // when the last round ends
     bool playing = false;
     std::uint64_t round = 0;  // renewed by every change: a scheduled end of an older one is stale
   };

@@ -27,6 +27,14 @@ void Timer2_Timer(Program& p) {
     PictureBox(s, "FrmGame", "MovBox").SetVisible(false);
 }
 
+std::optional<MovieCover> MovieOverPage(Program& p) {
+  FormSurface& s = p.surface();
+  ControlId panel = s.Id("FrmGame", "MovBox");
+  // Another panel above it (the picture menu) is the one the player faces.
+  if (!s.Unreachable(panel).empty()) return std::nullopt;
+  return MovieCover{p.services().players->SecondsLeft(p, s.Id("FrmGame", "Movie"))};
+}
+
 void PlayMp3(Program& p, std::string_view file) {
   MediaPlayer mp3 = Mp3Player(p);
   Skip([&] { mp3.SetFileName(file); });

@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string_view>
 
 namespace fw {
@@ -15,6 +16,15 @@ void PlayPageMovie(Program& p, std::string_view value);
 
 // Timer2: lifts the movie panel once the movie has stopped.
 void Timer2_Timer(Program& p);
+
+// The movie's panel over the page: it covers the options until Timer2 lifts
+// it, by itself, when the movie ends; a click cannot. secondsLeft is how long
+// that is, where the player can tell.
+struct MovieCover {
+  std::optional<double> secondsLeft;
+};
+// The movie's panel while it is the panel on top of the page, else nullopt.
+std::optional<MovieCover> MovieOverPage(Program& p);
 
 // Gives playmp3 the file and plays it: a blank file is silence.
 void PlayMp3(Program& p, std::string_view file);

@@ -156,6 +156,10 @@ bool DiskFiles::IsDirectory(const std::string& path) {
   return fs::is_directory(path, ec);
 }
 
+bool DiskFiles::Writable(const std::string& folder) {
+  return IsDirectory(folder) && ::access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
 std::string DiskFiles::Head(const std::string& path, std::size_t bytes) {
   return ReadRegularFile(path, bytes).value_or("");
 }

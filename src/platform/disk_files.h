@@ -13,6 +13,7 @@ class DiskFiles : public FileSystem {
   void Remove(const std::string& path) override;
   bool Exists(const std::string& path) override;
   bool IsDirectory(const std::string& path) override;
+  bool Writable(const std::string& folder) override;
   std::string Head(const std::string& path, std::size_t bytes) override;
 };
 

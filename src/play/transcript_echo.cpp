@@ -17,6 +17,10 @@ void TranscriptEcho::ControlChanged(ControlId id, Prop prop) {
   if (id == battleLog_.id) Echo(battleLog_, true);
 }
 
+void TranscriptEcho::SkipOpeningText() {
+  transcript_.done = std::string_view(p_.surface().Decl(transcript_.id).caption).size();
+}
+
 void TranscriptEcho::Echo(Echoed& box, bool ownLine) {
   const std::string& text = p_.surface().At(box.id).caption;
   if (box.done > text.size()) box.done = 0;  // cleared, or the form loaded afresh

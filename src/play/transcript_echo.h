@@ -15,6 +15,9 @@ class TranscriptEcho : public SurfaceObserver {
  public:
   TranscriptEcho(Program& p, std::function<void(const std::string&)> write);
   void ControlChanged(ControlId id, Prop prop) override;
+  // Echoes nothing of the text the transcript starts with ("No Quest
+  // Loaded."), only what the game adds to it.
+  void SkipOpeningText();
 
  private:
   // One text box whose growth is echoed.

@@ -4,6 +4,8 @@
 // CharCreate, credits.
 #include "shell/frmgame.h"
 
+#include "play/page_view.h"
+
 namespace fw {
 namespace {
 
@@ -20,6 +22,8 @@ constexpr Font kVerdana{"Verdana", 9.75f, false};
 constexpr Font kTimesBold{"Times New Roman", 15.75f, true};
 
 constexpr Look kOption{.backColor = kWhite, .font = kVerdana825};
+// The ending's line in the option area: an option's row, in a quieter hand.
+constexpr Look kTheEndLook{.foreColor = Rgb(96, 96, 96), .backColor = kWhite, .font = kVerdana825};
 constexpr Look kScore{.foreColor = kRed, .transparent = true, .font = kSansBold12};
 constexpr Look kPanel{.backColor = kBlack};
 // A panel with a picture on its black ground.
@@ -87,6 +91,9 @@ constexpr ControlDecl kControls[] = {
     {.name = "Option2", .kind = Kind::OptionButton, .left = 2640, .top = 5400, .width = 5655, .height = 195, .look = kOption},
     {.name = "Option3", .kind = Kind::OptionButton, .left = 2640, .top = 5640, .width = 5655, .height = 195, .look = kOption},
     {.name = "Option4", .kind = Kind::OptionButton, .left = 2640, .top = 5880, .width = 5655, .height = 195, .look = kOption},
+    // At a page with no options: how to play again (Timer1 shows it).
+    {.name = "lblTheEnd", .kind = Kind::Label, .left = 2640, .top = 5160, .width = 5655, .height = 195,
+     .caption = kTheEnd, .visible = false, .look = kTheEndLook},
     {.name = "Label1", .kind = Kind::Label, .left = 120, .top = 4680, .width = 855, .height = 375, .caption = "Score:", .look = kScore},
     {.name = "score", .kind = Kind::Label, .left = 960, .top = 4680, .width = 1215, .height = 375, .caption = "0", .look = kScore},
     {.name = "Picture1", .kind = Kind::PictureBox, .left = 360, .top = 5040, .width = 1815, .height = 375, .look = Button("choose.png"), .toolTip = "Choose"},

@@ -74,6 +74,12 @@ constexpr FormDecl kFrmSplashTable{
 
 constexpr HandlerDecl kSplashHandlers[] = {
     {"Form", Event::Load, frmsplash::Form_Load},
+    {"Form", Event::Click, frmsplash::Form_Click},
+};
+
+// Whether the player has cut the splash's pause short.
+struct SplashState {
+  bool cut = false;
 };
 
 constexpr ControlDecl kUpdatesControls[] = {
@@ -108,12 +114,17 @@ void frmsplash::Form_Load(Program& p) {
   FormHandle splash(s, "FrmSplash");
   splash.SetIcon(icon);
   splash.Show();
-  p.Pause(3);
+  // A key or a click on the splash lets the player in at once, as players
+  // expect of a splash.
+  const SplashState& state = p.Module<SplashState>();
+  p.Pause(3, [&] { return state.cut; });
   FormHandle(s, "FrmGame").Show();
   // Closed meanwhile (it has no frame, but a desktop can close any window):
   // a Hide would load it, and run all this, again.
   if (s.IsLoaded(splash.index())) splash.Hide();
 }
+
+void frmsplash::Form_Click(Program& p) { p.Module<SplashState>().cut = true; }
 
 void frmupdates::Command1_Click(Program& p) { FormHandle(p.surface(), "FrmUpdates").Hide(); }
 

@@ -59,6 +59,18 @@ struct Game {
 
 std::string Fixture(const char* name) { return std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/" + name; }
 
+// Any key on the splash lets the player in, as a click on it does.
+TEST(QtKeyboard, AKeyOnTheSplashEndsItsPause) {
+  Game g;
+  double start = g.t.now();
+  g.t.program.Post(start + 0.5, [&](Program&) {
+    QTest::keyClick(g.windows.WindowOf(g.s().FindForm("FrmSplash")), Qt::Key_Space);
+  });
+  g.t.program.Start();
+  EXPECT_LT(g.t.now() - start, 0.51);
+  EXPECT_TRUE(g.Window()->isVisible());
+}
+
 TEST(QtKeyboard, PlaysAPageAndAFightByKeys) {
   Game g;
   g.Queue({0.6f, 0.5f, 0.5f});

@@ -135,7 +135,7 @@ int QtDialogs::MsgBox(std::string_view prompt, int style, std::string_view title
 }
 
 std::optional<std::string> QtDialogs::FileDialog(const FileDialogRequest& r) {
-  QString dir = QString::fromStdString(Utf8FromCp1252(r.initDir)).replace('\\', '/');
+  QString dir = QString::fromStdString(r.startDir);
   QWidget* parent = Parent();
   QFileDialog dialog(parent, {}, dir, Filter(r.filter));
   dialog.setAcceptMode(r.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

@@ -400,6 +400,9 @@ void QtWindows::Build(int form) {
   auto* client = new Area;
   client->fill = BackColor(t.look);
   client->art = t.look.art;
+  client->onClick = [this, form] {
+    if (!mirroring_) ClickForm(program_, form);
+  };
   if (t.look.handCursor) client->setCursor(hand_);
   window->setCentralWidget(client);
   // The window is the form's size in twips at its zoom, and the user resizes
@@ -781,7 +784,8 @@ bool QtWindows::PressKey(int form, const QKeyEvent* e) {
       return true;
     }
   }
-  return known;
+  // A key no control takes is the form's own (it cuts the splash short).
+  return known || (!mirroring_ && ClickForm(program_, form).empty());
 }
 
 void QtWindows::ControlChanged(ControlId id, Prop prop) {

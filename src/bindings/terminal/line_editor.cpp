@@ -8,6 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 #include <readline/history.h>
 #include <readline/readline.h>
@@ -33,6 +36,7 @@ class EditedLines : public LineInput {
   static void OnLine(char* line);
   static char** Complete(const char* text, int start, int end);
   static char* NextWord(const char* text, int state);
+  static char* NameInFolder(const char* text, int state);
 
   int fd_;
   std::FILE* in_;
@@ -115,9 +119,14 @@ void EditedLines::OnLine(char* line) {
 }
 
 // Tab: a command word at the start of a command, "character" after save or
-// load, file names at a file prompt, nothing at a question.
+// load, file names at a file prompt (a bare name in the dialog's folder),
+// nothing at a question.
 char** EditedLines::Complete(const char* text, int start, int) {
-  if (active && active->asking_ == Asking::Path) return nullptr;
+  if (active && active->asking_ == Asking::Path) {
+    if (start > 0 || std::strchr(text, '/') || active->folder_.empty()) return nullptr;
+    rl_attempted_completion_over = 1;
+    return rl_completion_matches(text, NameInFolder);
+  }
   rl_attempted_completion_over = 1;
   if (!active || active->asking_ != Asking::Command) return nullptr;
   std::string before = CommandWords(std::string_view(rl_line_buffer, static_cast<std::size_t>(start)));
@@ -128,6 +137,22 @@ char** EditedLines::Complete(const char* text, int start, int) {
                                                                                       : nullptr;
     });
   return nullptr;
+}
+
+char* EditedLines::NameInFolder(const char* text, int state) {
+  static std::vector<std::string> names;
+  static std::size_t next;
+  if (state == 0) {
+    names.clear();
+    next = 0;
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator(active->folder_, ec)) {
+      // Files only: a name with a folder in it is taken from the current folder.
+      std::string name = entry.path().filename().string();
+      if (name.starts_with(text) && entry.is_regular_file(ec)) names.push_back(name);
+    }
+  }
+  return next < names.size() ? strdup(names[next++].c_str()) : nullptr;
 }
 
 char* EditedLines::NextWord(const char* text, int state) {

@@ -15,12 +15,16 @@
 namespace fw {
 namespace {
 
-// A dialog answers with a full path; what the user typed is taken from the
-// current folder, and "~/" from the home folder.
-std::string FullPath(const std::string& utf8) {
+// A dialog answers with a full path. A bare name goes in the folder the
+// dialog opens in, as a name typed into the window's dialog does; a path
+// with a folder is taken from the current folder, and "~/" from the home
+// folder.
+std::string FullPath(const std::string& utf8, const std::string& startDir) {
   std::string path = utf8;
   const char* home = std::getenv("HOME");
   if (home && (path == "~" || path.starts_with("~/"))) path = home + path.substr(1);
+  bool bare = path.find('/') == std::string::npos && path != "~" && path != "." && path != "..";
+  if (bare && !startDir.empty()) path = startDir + "/" + path;
   std::error_code ec;
   auto full = std::filesystem::absolute(path, ec);
   return ec ? path : full.lexically_normal().string();
@@ -112,6 +116,7 @@ std::optional<std::string> TerminalDialogs::FileDialog(const FileDialogRequest& 
   std::string pattern = request.defaultExt.empty() ? request.filter : request.defaultExt;
   std::string prompt = std::string(request.save ? "Save as" : "Open") + " file (" + Utf8FromCp1252(pattern) +
                        "), empty to cancel: ";
+  input_.SetFolder(request.startDir);
   auto line = input_.Next(prompt, Asking::Path);
   if (!line) return std::nullopt;
   std::string typed(Trimmed(*line));
@@ -122,7 +127,7 @@ std::optional<std::string> TerminalDialogs::FileDialog(const FileDialogRequest& 
 // A name to open that does not exist is tried with the dialog's extension,
 // as a save of the same name added it.
 std::string TerminalDialogs::Answer(std::string utf8, const FileDialogRequest& request) {
-  std::string path = FullPath(utf8);
+  std::string path = FullPath(utf8, request.startDir);
   std::string ext = ExtensionOf(request.defaultExt);
   std::error_code ec;
   if (!request.save && !ext.empty() && !std::filesystem::exists(path, ec) &&

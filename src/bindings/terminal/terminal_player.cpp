@@ -16,10 +16,12 @@
 #include "forms/program.h"
 #include "forms/user_actions.h"
 #include "media/headless_media.h"
+#include "media/page_media.h"
 #include "platform/real_services.h"
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/transcript_echo.h"
+#include "shell/small_forms.h"
 
 namespace fw {
 namespace {
@@ -66,6 +68,24 @@ class GameWatch : public SurfaceObserver {
   std::function<void()> battleOver_;
 };
 
+// DoEvents at the terminal: a short sleep, so that a pause does not spin.
+// The terminal shows the splash as its words, which are read at once, so it
+// goes on as a key on the splash lets the player on.
+class TerminalPump : public EventPump {
+ public:
+  void Pump(Program& p) override {
+    FormSurface& s = p.surface();
+    int splash = s.FindForm("FrmSplash");
+    if (!splashPassed_ && splash >= 0 && s.IsLoaded(splash) && s.Form(splash).visible)
+      splashPassed_ = ClickForm(p, splash).empty();
+    idle_.Pump(p);
+  }
+
+ private:
+  IdlePump idle_;
+  bool splashPassed_ = false;
+};
+
 class TerminalGame {
  public:
   TerminalGame(const TerminalOptions& o, const ProgramMaker& make, int inputFd, std::FILE* out);
@@ -76,6 +96,8 @@ class TerminalGame {
   std::optional<int> Idle();
   void Settle();  // lets the option timer catch up after an action
   void ListOptions();
+  void TellMovie();
+  void AwaitMovie();
   void ShowPanel();
   void ShowBattle();
   void BattleOver();
@@ -99,7 +121,7 @@ class TerminalGame {
 
   TerminalOut out_;
   TypedText typed_;
-  IdlePump pump_;
+  TerminalPump pump_;
   std::unique_ptr<LineInput> input_;
   TerminalDialogs dialogs_;
   HeadlessPlayers players_;
@@ -111,6 +133,7 @@ class TerminalGame {
   std::string standingShown_;  // both sides of the fight as last printed
   std::string scoreShown_;     // the score as last printed
   bool atEnding_ = false;      // the last prompt was at a page without options
+  bool movieTold_ = false;     // the movie over the page has been told of
   std::set<std::string> noticesTold_;
 };
 
@@ -157,25 +180,51 @@ void TerminalGame::Settle() {
 // starts with a line break.
 void TerminalGame::ListOptions() {
   // The panels cover the options: say what can be done instead.
-  bool ending = !Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4");
   bool endingSeen = std::exchange(atEnding_, false);
   if (Shown("CharCreate")) return ShowPanel();
   panelShown_.clear();
   if (Shown("BattleBox")) return ShowBattle();
-  if (ending) {
+  out_.Write("\n");
+  if (Shown("lblTheEnd")) {
     // The final score comes with the ending once, and again if it changes.
     atEnding_ = true;
-    out_.Write("\n");
-    ShowScore(QuestOpen() && !endingSeen);
+    ShowScore(!endingSeen);
+    out_.Printf("%s\n%s\n", Text("lblTheEnd").c_str(),
+                Reachable("mnuloadquest") ? "(Type open, quit or help.)" : "(Type quit or help.)");
+  } else if (!Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4")) {
+    ShowScore(false);
     out_.Write("(No options. Type open, quit or help.)\n");
+  } else {
+    ShowScore(false);
+    for (int n = 1; n <= 4; ++n) {
+      std::string option = "Option" + std::to_string(n);
+      if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
+    }
+  }
+  TellMovie();
+}
+
+// A movie covers the page until it ends by itself; the terminal cannot show
+// it, so it says so, once a movie.
+void TerminalGame::TellMovie() {
+  std::optional<MovieCover> movie = MovieOverPage(*program_);
+  if (!movie) {
+    movieTold_ = false;
     return;
   }
-  out_.Write("\n");
-  ShowScore(false);
-  for (int n = 1; n <= 4; ++n) {
-    std::string option = "Option" + std::to_string(n);
-    if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
+  if (std::exchange(movieTold_, true)) return;
+  if (movie->secondsLeft) out_.Printf("(a movie plays: %.1f s)\n", *movie->secondsLeft);
+  else out_.Write("(a movie plays)\n");
+}
+
+// An option chosen while the movie plays waits for its end, then is taken
+// as it would be on the page. The menus stay live meanwhile, as in the window.
+void TerminalGame::AwaitMovie() {
+  while (!program_->Over() && MovieOverPage(*program_)) {
+    std::optional<int> wait = Idle();
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::clamp(wait.value_or(1000), 1, 1000)));
   }
+  movieTold_ = false;
 }
 
 // The score where it changed, or always (at an ending).
@@ -243,6 +292,7 @@ void TerminalGame::Choose(int n) {
     out_.Printf("There is no option %d here.\n", n);
     return;
   }
+  AwaitMovie();
   // An option is chosen as on screen: selected, then the choose button. A
   // panel over the page (the character, a battle) keeps both out of reach.
   ControlId choose = s.Id("FrmGame", "Picture1");
@@ -396,6 +446,9 @@ void TerminalGame::Command(const std::string& line) {
 }
 
 int TerminalGame::Run() {
+  // What program this is, in the splash's words; the splash itself passes.
+  out_.Printf("%s\n", kSplashText);
+  echo_->SkipOpeningText();
   program_->Start();
   scoreShown_ = Text("score");
   if (opening_) {
