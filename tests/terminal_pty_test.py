@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The terminal player at a terminal: a pseudo-terminal 60 columns wide, a
 player who edits a line, recalls one from the history, completes a command
-with Tab, and reads the page wrapped on word boundaries.
+and a file name with Tab, and reads the page wrapped on word boundaries.
 
 Usage: terminal_pty_test.py FABLEWRIGHT_BIN. Every step waits for the text it
 expects (at most a few seconds), never for a fixed time."""
@@ -38,7 +38,9 @@ class Game:
         quest = os.path.join(folder, "lantern.fbw")
         with open(quest, "w", encoding="cp1252", newline="") as f:
             f.write(QUEST)
-        env = dict(os.environ, TERM="xterm", LANG="C.UTF-8", LC_ALL="C.UTF-8", INPUTRC="/dev/null")
+        # No line-editor settings of the user's own (libedit reads EDITRC).
+        env = dict(os.environ, TERM="xterm", LANG="C.UTF-8", LC_ALL="C.UTF-8", INPUTRC="/dev/null",
+                   EDITRC="/dev/null")
         self.pid, self.fd = pty.fork()
         if self.pid == 0:
             os.chdir(folder)
@@ -139,6 +141,16 @@ def main():
         game.expect("Quest does not utilize the character option")
         game.expect("> ")
 
+        # At a path prompt Tab completes a file name, after the command
+        # completions before it: "lant" and Tab open lantern.fbw again.
+        game.send("open\r")
+        game.expect("Yes or no (y/n)? ")
+        game.send("y\r")
+        game.expect("empty to cancel: ")
+        game.send("lant\t\r")
+        game.expect("lantern.fbw \n")
+        game.expect("  1. Walk on towards the crossroads\n> ")
+
         game.send("1\r")
         game.expect("The sign creaks.\nScore: 3\n")
         game.send("QUIT \r")  # with a quest open, the game asks first
@@ -150,7 +162,9 @@ def main():
             fail("the game ended with status %d" % status, game)
         if "\x1b[?2004" in game.raw.decode("utf-8", "replace"):
             fail("bracketed paste mode was switched on", game)
-    print("terminal at %d columns: wrapped, edited, recalled, completed" % COLUMNS)
+        if b"\x07" in game.raw:
+            fail("the terminal's bell rang at a completion", game)
+    print("terminal at %d columns: wrapped, edited, recalled, completed commands and a file name" % COLUMNS)
 
 
 if __name__ == "__main__":
