@@ -1,8 +1,9 @@
 // What a start loads: the jobs without a window load no part of the window
-// toolkit, and those without sound no part of FluidSynth; the game window's
-// module is loaded only when a window opens, from beside the executable or
-// from lib/ beside it, and the MIDI voice's only at the first tune. The dynamic loader's
-// own trace (LD_DEBUG) tells which libraries a run loaded.
+// toolkit, those without sound no part of FluidSynth, and those that draw no
+// map no part of Graphviz; the game window's module is loaded only when a
+// window opens, from beside the executable or from lib/ beside it, the MIDI
+// voice's only at the first tune, and the map's only for a map. The dynamic
+// loader's own trace (LD_DEBUG) tells which libraries a run loaded.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -55,29 +56,38 @@ Ran RunTraced(const fs::path& dir, const std::string& platform, const fs::path& 
 
 bool LoadedQt(const Ran& r) { return r.loaded.find("file=libQt6") != std::string::npos; }
 bool LoadedFluidSynth(const Ran& r) { return r.loaded.find("file=libfluidsynth") != std::string::npos; }
+bool LoadedGraphviz(const Ran& r) { return r.loaded.find("file=libgvc") != std::string::npos; }
 
 TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   testing::TempDir dir;
-  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
+  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[Quest Data]\r\nNumber Of Pages=1\r\n[1]\r\nPage Text=Here.\r\n";
   std::ofstream(dir.path / "s.txt") << "expect FrmGame.Visible == \"True\"\n";
   // A quest whose first page has a tune, the shortest there is.
   std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
   std::ofstream(dir.path / "t.mid", std::ios::binary)
       << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
-  // Each job, and whether it plays a tune with sound.
-  const std::pair<const char*, bool> jobs[] = {{"--version", false},
-                                               {"ini get ./q.fbw 1 \"Page Text\"", false},
-                                               {"script s.txt --home .", false},
-                                               {"play q.fbw --home . --silent </dev/null", false},
-                                               {"q.fbw --home . </dev/null", false},
-                                               {"tune.fbw --home . </dev/null", true}};
-  for (const auto& [args, sound] : jobs) {
+  // Each job, whether it plays a tune with sound, and whether it draws a map.
+  struct Job {
+    const char* args;
+    bool sound, map;
+  };
+  const Job jobs[] = {{"--version", false, false},
+                      {"ini get ./q.fbw 1 \"Page Text\"", false, false},
+                      {"check q.fbw", false, false},
+                      {"script s.txt --home .", false, false},
+                      {"play q.fbw --home . --silent </dev/null", false, false},
+                      {"q.fbw --home . </dev/null", false, false},
+                      {"tune.fbw --home . </dev/null", true, false},
+                      {"map q.fbw -o q.svg", false, true}};
+  for (const auto& [args, sound, map] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
     EXPECT_NE(r.loaded.find("file="), std::string::npos) << args << ": the loader traced nothing";
     EXPECT_FALSE(LoadedQt(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-window.so"), std::string::npos) << args;
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
+    EXPECT_EQ(LoadedGraphviz(r), map) << args;
+    EXPECT_EQ(r.loaded.find("fablewright-map.so") != std::string::npos, map) << args;
   }
   // The terminal player with sound has its MIDI voice from the module
   // beside the program, at the first tune.
@@ -115,6 +125,13 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   EXPECT_NE(without.out.find("fablewright: playing in the terminal instead\n"), std::string::npos) << without.out;
   EXPECT_NE(without.out.find("Here."), std::string::npos) << without.out;
   EXPECT_FALSE(LoadedQt(without));
+  // Nor can it draw a map, and says so.
+  Ran noMap = RunTraced(dir.path, "", dir.path / "copy" / "fablewright", "map q.fbw -o q.svg");
+  EXPECT_EQ(noMap.code, 1);
+  EXPECT_TRUE(noMap.out.starts_with("fablewright: Graphviz could not start: fablewright-map.so is not beside the "
+                                    "program, in lib/ beside it, nor in "))
+      << noMap.out;
+  EXPECT_FALSE(fs::exists(dir.path / "q.svg"));
 }
 
 TEST(Startup, TheSoundModuleGivesTheMidiVoiceAndAnythingElseGivesSilence) {
