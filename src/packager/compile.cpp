@@ -100,6 +100,8 @@ void CompileGame(Program& p) {
   WriteGameDat(p, folder, name);
   if (CheckBox(s, kForm, "Check1").Value() == 1 && NamesAFolder(name))
     CopyRuntime(p, folder, folder + name);
+  else if (NamesAFolder(name))
+    CopyLicenses(p, folder, {});  // the copy of the program carries its licence all the same
   Skip([&] { DirListBox(s, kForm, "Dir1").Refresh(); });
   p.MsgBox("You game should be compiled within the directoy:" + folder, 0);
   if (p.MsgBox("Run compiled program now?", 4, "Question:") != 6) return;
