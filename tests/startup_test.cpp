@@ -66,28 +66,27 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
   std::ofstream(dir.path / "t.mid", std::ios::binary)
       << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
-  // Each job, whether it plays a tune with sound, and whether it draws a map.
+  // Each job, and whether it plays a tune with sound.
   struct Job {
     const char* args;
-    bool sound, map;
+    bool sound;
   };
-  const Job jobs[] = {{"--version", false, false},
-                      {"ini get ./q.fbw 1 \"Page Text\"", false, false},
-                      {"check q.fbw", false, false},
-                      {"script s.txt --home .", false, false},
-                      {"play q.fbw --home . --silent </dev/null", false, false},
-                      {"q.fbw --home . </dev/null", false, false},
-                      {"tune.fbw --home . </dev/null", true, false},
-                      {"map q.fbw -o q.svg", false, true}};
-  for (const auto& [args, sound, map] : jobs) {
+  const Job jobs[] = {{"--version", false},
+                      {"ini get ./q.fbw 1 \"Page Text\"", false},
+                      {"check q.fbw", false},
+                      {"script s.txt --home .", false},
+                      {"play q.fbw --home . --silent </dev/null", false},
+                      {"q.fbw --home . </dev/null", false},
+                      {"tune.fbw --home . </dev/null", true}};
+  for (const auto& [args, sound] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
     EXPECT_NE(r.loaded.find("file="), std::string::npos) << args << ": the loader traced nothing";
     EXPECT_FALSE(LoadedQt(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-window.so"), std::string::npos) << args;
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
-    EXPECT_EQ(LoadedGraphviz(r), map) << args;
-    EXPECT_EQ(r.loaded.find("fablewright-map.so") != std::string::npos, map) << args;
+    EXPECT_FALSE(LoadedGraphviz(r)) << args;
+    EXPECT_EQ(r.loaded.find("fablewright-map.so"), std::string::npos) << args;
   }
   // The terminal player with sound has its MIDI voice from the module
   // beside the program, at the first tune.
@@ -125,13 +124,25 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   EXPECT_NE(without.out.find("fablewright: playing in the terminal instead\n"), std::string::npos) << without.out;
   EXPECT_NE(without.out.find("Here."), std::string::npos) << without.out;
   EXPECT_FALSE(LoadedQt(without));
-  // Nor can it draw a map, and says so.
-  Ran noMap = RunTraced(dir.path, "", dir.path / "copy" / "fablewright", "map q.fbw -o q.svg");
+}
+
+TEST(Startup, AMapLoadsGraphvizFromItsModuleAndWithoutItSaysWhy) {
+  testing::TempDir dir;
+  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
+  Ran map = RunTraced(dir.path, "", kBin, "map q.fbw -o q.svg");
+  EXPECT_EQ(map.code, 0) << map.out;
+  EXPECT_NE(map.loaded.find("file=" + (kBin.parent_path() / kMapModuleName).string()), std::string::npos);
+  EXPECT_TRUE(LoadedGraphviz(map));
+  EXPECT_FALSE(LoadedQt(map));
+
+  fs::create_directories(dir.path / "copy");
+  fs::copy_file(kBin, dir.path / "copy" / "fablewright");
+  Ran noMap = RunTraced(dir.path, "", dir.path / "copy" / "fablewright", "map q.fbw -o other.svg");
   EXPECT_EQ(noMap.code, 1);
   EXPECT_TRUE(noMap.out.starts_with("fablewright: Graphviz could not start: fablewright-map.so is not beside the "
                                     "program, in lib/ beside it, nor in "))
       << noMap.out;
-  EXPECT_FALSE(fs::exists(dir.path / "q.svg"));
+  EXPECT_FALSE(fs::exists(dir.path / "other.svg"));
 }
 
 TEST(Startup, TheSoundModuleGivesTheMidiVoiceAndAnythingElseGivesSilence) {
