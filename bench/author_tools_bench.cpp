@@ -14,6 +14,7 @@
 #include "editor/quest_check.h"
 #include "editor/quest_explore.h"
 #include "editor/quest_map.h"
+#include "platform/graphviz_layout.h"
 #include "store/program_store.h"
 #include "shell/forms.h"
 #include "forms/program.h"
@@ -93,10 +94,11 @@ void BM_MapPicture(benchmark::State& state) {
   std::string folder = fs::path(path).parent_path().string();
   fw::Program p(platform.services(), fw::AppInfo{folder, "fablewright", folder, folder}, {});
   fw::QuestGraph graph = fw::BuildQuestGraph(fw::ReadINIImage(p, path));
+  fw::GraphvizLayout graphs;
   for (auto _ : state) {
     fw::MapPicture map;
     std::string error;
-    if (!fw::RenderQuestMapPicture(graph, "Bench", map, error)) state.SkipWithError(error.c_str());
+    if (!fw::RenderQuestMapPicture(graphs, graph, "Bench", map, error)) state.SkipWithError(error.c_str());
     benchmark::DoNotOptimize(map);
   }
 }
@@ -108,9 +110,10 @@ void BM_MapReference_Svg(benchmark::State& state) {
   std::string folder = fs::path(path).parent_path().string();
   fw::Program p(platform.services(), fw::AppInfo{folder, "fablewright", folder, folder}, {});
   fw::QuestGraph graph = fw::BuildQuestGraph(fw::ReadINIImage(p, path));
+  fw::GraphvizLayout graphs;
   for (auto _ : state) {
     std::string svg, error;
-    if (!fw::RenderQuestMap(graph, "Bench", "svg", svg, error)) state.SkipWithError(error.c_str());
+    if (!fw::RenderQuestMap(graphs, graph, "Bench", "svg", svg, error)) state.SkipWithError(error.c_str());
     benchmark::DoNotOptimize(svg);
   }
 }

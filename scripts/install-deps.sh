@@ -5,19 +5,22 @@
 # out for, so a label's text fits its place in the window. Python drives the
 # terminal player's test through a pseudo-terminal. The desktop files are
 # checked with Debian's own validators and MIME compiler and GIO's file
-# types, and dpkg-dev reads the Debian package's library dependencies.
+# types, and dpkg-dev reads the Debian package's library dependencies and
+# gives the hardening flags. The package itself is checked with lintian,
+# hardening-check (devscripts, without its recommends) and man-db's man.
 set -euo pipefail
 
 packages=(
   g++ cmake make pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev timgm6mb-soundfont
-  libreadline-dev python3
+  libedit-dev python3
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev
   libgraphviz-dev graphviz
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
   fonts-liberation2 fonts-dejavu-core
   desktop-file-utils appstream libxml2-utils shared-mime-info libglib2.0-bin dpkg-dev
+  lintian devscripts man-db groff-base
   # The packager points a game folder's copy of the program at its own libraries.
   patchelf
   # bench/startup.sh times whole starts of the program side by side.

@@ -3,19 +3,26 @@
 # desktop reads them: the menu entry, the software-centre metainfo, the MIME
 # types (compiled by shared-mime-info's own tool), an install into a staging
 # folder, and the Debian package made from the same rules.
-#   desktop-files.sh entry|metainfo|mime|install|deb SOURCE_DIR BUILD_DIR APP_ID VERSION
+#   desktop-files.sh entry|metainfo|mime|install|double-click|deb|lintian SOURCE_DIR BUILD_DIR APP_ID VERSION
 set -euo pipefail
 mode=$1 src=$2 build=$3 id=$4 version=$5
 desk=$src/desktop
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 fail() { echo "FAIL: $*" >&2; exit 1; }
+# The program's modules, in the architecture's own library folder.
+modules=lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/fablewright
 
 # Every file an install puts down, relative to the prefix.
 expected_files() {
   printf '%s\n' bin/fablewright \
-    lib/fablewright/fablewright-sound.so \
-    lib/fablewright/fablewright-window.so \
+    "$modules/fablewright-map.so" \
+    "$modules/fablewright-sound.so" \
+    "$modules/fablewright-window.so" \
+    share/doc/fablewright/copyright \
+    share/doc/fablewright/changelog.gz \
+    share/man/man1/fablewright.1.gz \
+    share/lintian/overrides/fablewright \
     "share/applications/$id.desktop" \
     "share/metainfo/$id.metainfo.xml" \
     "share/mime/packages/$id.xml" \
@@ -29,6 +36,18 @@ entry_key() { sed -n "s/^$1=//p" "$desk/$id.desktop"; }
 mime_types() {
   xmllint --xpath "//*[local-name()='mime-type']/@type" "$desk/fablewright-mime.xml" |
     sed 's/ type="\([^"]*\)"/\1\n/g' | sed '/^$/d'
+}
+
+# The Debian package, made from the build's install rules into the build
+# folder, where `lintian` finds the one `deb` made.
+deb_dir=$build/package-check
+make_deb() {
+  rm -rf "$deb_dir"
+  (cd "$work" && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$deb_dir" >/dev/null) || fail "cpack failed"
+  local deb
+  deb=$(find "$deb_dir" -maxdepth 1 -name '*.deb')
+  [ -n "$deb" ] || fail "cpack made no .deb"
+  echo "$deb"
 }
 
 case $mode in
@@ -54,6 +73,21 @@ metainfo)
   [ "$(xmllint --xpath 'string(/component/id)' "$file")" = "$id" ] || fail "the component id is not $id"
   [ "$(xmllint --xpath 'string(/component/launchable)' "$file")" = "$id.desktop" ] ||
     fail "the launchable is not the installed entry"
+  [ "$(xmllint --xpath 'string(/component/project_license)' "$file")" = MIT ] || fail "the project licence is not MIT"
+  [[ $(xmllint --xpath 'string(/component/url[@type="bugtracker"])' "$file") == https://bugs.example.org/* ]] ||
+    fail "no bug tracker on the example domain"
+  # The screenshots are the pictures of docs/screenshots/, at their own sizes.
+  count=$(xmllint --xpath 'count(/component/screenshots/screenshot)' "$file")
+  [ "$count" -ge 3 ] || fail "only $count screenshots"
+  for i in $(seq "$count"); do
+    image="/component/screenshots/screenshot[$i]/image"
+    name=$(basename "$(xmllint --xpath "string($image)" "$file")")
+    png=$src/docs/screenshots/$name
+    [ -f "$png" ] || fail "screenshot $name is not in docs/screenshots"
+    size=$(python3 -c 'import struct,sys; print("%dx%d" % struct.unpack(">II", open(sys.argv[1],"rb").read(24)[16:24]))' "$png")
+    [ "$size" = "$(xmllint --xpath "string($image/@width)" "$file")x$(xmllint --xpath "string($image/@height)" "$file")" ] ||
+      fail "screenshot $name is $size, the metainfo says otherwise"
+  done
   newest=$(xmllint --xpath 'string(/component/releases/release[1]/@version)' "$file")
   [ "$newest" = "$version" ] || fail "the newest release is $newest, the program is $version"
   echo "metainfo: valid"
@@ -92,11 +126,12 @@ install)
     fail "the icon installed changed"
   cmp -s "$desk/fablewright-mime.xml" "$work/stage/share/mime/packages/$id.xml" || fail "the MIME package changed"
   [ -x "$work/stage/bin/fablewright" ] || fail "the program is not executable"
-  [ "$("$work/stage/bin/fablewright" --version)" = "fablewright $version" ] || fail "the installed program does not run"
+  [ "$("$work/stage/bin/fablewright" --version | head -1)" = "fablewright $version" ] ||
+    fail "the installed program does not run"
   # The installed program finds its window module in the library folder.
   (cd "$work" && QT_QPA_PLATFORM=offscreen LD_DEBUG=files LD_DEBUG_OUTPUT="$work/trace" \
     timeout -s KILL 4 "$work/stage/bin/fablewright" --home "$work/home" >/dev/null 2>&1) || true
-  grep -q "file=$work/stage/lib/fablewright/fablewright-window.so " "$work"/trace.* ||
+  grep -q "file=$work/stage/$modules/fablewright-window.so " "$work"/trace.* ||
     fail "the installed program did not load its window module"
   # DESTDIR, as a distribution's packaging stages it.
   DESTDIR=$work/dest cmake --install "$build" --prefix /usr >/dev/null
@@ -139,16 +174,46 @@ double-click)
   echo "double click: a quest opens in $opener"
   ;;
 deb)
-  (cd "$work" && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$work/out" >/dev/null) || fail "cpack failed"
-  deb=$(find "$work/out" -maxdepth 1 -name '*.deb')
-  [ -n "$deb" ] || fail "cpack made no .deb"
+  deb=$(make_deb)
   dpkg-deb -c "$deb" | awk '{print $6}' | grep -v '/$' | sed 's|^\./usr/||' | sort > "$work/found"
   diff <(expected_files) "$work/found" || fail "the package holds other files than these"
   [ "$(dpkg-deb -f "$deb" Package)" = fablewright ] || fail "package name"
   [ "$(dpkg-deb -f "$deb" Version)" = "$version" ] || fail "package version"
   dpkg-deb -f "$deb" Depends | grep -q 'libqt6widgets6' || fail "Depends lacks Qt: $(dpkg-deb -f "$deb" Depends)"
   dpkg-deb -f "$deb" Depends | grep -q 'libfluidsynth3' || fail "Depends lacks FluidSynth"
-  echo "package: $(basename "$deb")"
+  # No maintainer scripts, and no trigger: it installs no shared library
+  # where the loader looks.
+  dpkg-deb -e "$deb" "$work/control"
+  [ "$(ls "$work/control" | tr '\n' ' ')" = "control md5sums " ] || fail "control files: $(ls "$work/control")"
+  dpkg-deb -x "$deb" "$work/root"
+  # The manual page renders clean, as man-db and groff read it.
+  page=$work/root/usr/share/man/man1/fablewright.1.gz
+  out=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null) ||
+    fail "man could not render the page: $out"
+  [ -z "$out" ] || fail "man warns: $out"
+  out=$(zcat "$page" | groff -ww -z -man 2>&1)
+  [ -z "$out" ] || fail "groff warns: $out"
+  # Debian's hardening, on the program and every module: the features of
+  # Debian 12's dpkg-buildflags (control flow protection comes with later
+  # releases). A module calls nothing fortify could guard at build time (see
+  # desktop/lintian-overrides), so that check stands on the program, built
+  # with the same flags.
+  for f in bin/fablewright "$modules"/fablewright-{window,sound,map}.so; do
+    checks=(--nocfprotection)
+    [[ $f == bin/* ]] || checks+=(--nofortify)
+    out=$(hardening-check "${checks[@]}" "$work/root/usr/$f") || fail "hardening-check: $out"
+  done
+  hardening-check --nocfprotection --verbose "$work/root/usr/bin/fablewright" |
+    grep -q 'Fortify Source functions: yes' || fail "the program uses no fortified call"
+  echo "package: $(basename "$deb"), hardened, no maintainer scripts"
+  ;;
+lintian)
+  # Every error and warning fails, and so does an info tag that is neither
+  # fixed nor overridden in desktop/lintian-overrides (shipped in the package).
+  deb=$(find "$deb_dir" -maxdepth 1 -name '*.deb')
+  [ -n "$deb" ] || fail "no package: desktop.deb makes it"
+  lintian --display-info --fail-on error,warning,info "$deb" || fail "lintian"
+  echo "lintian: clean"
   ;;
 *)
   fail "unknown mode $mode"

@@ -5,9 +5,10 @@
 #   packaged-game.sh folder  BIN DEMO MEDIA   Check1 clear: the folder's files, game.dat
 #                                            line by line, and the copy played headless
 #   packaged-game.sh runtime BIN DEMO MEDIA   Check1 set: every library resolves into the
-#                                            folder, and the copy runs with the system's Qt
-#                                            hidden (skipped, exit 77, where no namespace
-#                                            can be made)
+#                                            folder, licenses/ names each one's package and
+#                                            holds its copyright file, and the copy runs with
+#                                            the system's Qt hidden (skipped, exit 77, where
+#                                            no namespace can be made)
 set -euo pipefail
 mode=$1
 bin=$(realpath "$2") demo=$(realpath "$3") media=$(realpath "$4")
@@ -42,9 +43,12 @@ play_headless() {
 
 if [ "$mode" = folder ]; then
   listing=$(cd "$game" && ls -A | grep -v -F -x -f <(ls -A "$media") | tr '\n' '|')
-  # The program's own modules (its window and its MIDI voice) go beside the copy.
-  [ "$listing" = "$name|$name.fbw|fablewright-sound.so|fablewright-window.so|game.dat|" ] ||
+  # The program's own modules (its window and its MIDI voice) go beside the
+  # copy, and its licence in licenses/, alone.
+  [ "$listing" = "$name|$name.fbw|fablewright-sound.so|fablewright-window.so|game.dat|licenses|" ] ||
     fail "the folder holds: $listing"
+  [ "$(ls -A "$game/licenses")" = LICENSE ] || fail "licenses/ holds: $(ls -A "$game/licenses")"
+  cmp -s "$here/../LICENSE" "$game/licenses/LICENSE" || fail "licenses/LICENSE is not the program's LICENSE"
   play_headless
   exit 0
 fi
@@ -69,6 +73,22 @@ plugins=("$game"/plugins/*/*.so "$game"/lib/gstreamer-1.0/*.so)
 [ -f "$game/lib/gstreamer-1.0/libgstwavparse.so" ] || fail "no GStreamer plugin to read a WAV file"
 for plugin in "${plugins[@]}"; do check_resolved "$plugin"; done
 [ -f "$game/qt.conf" ] && [ -f "$game/soundfont.sf2" ] || fail "no qt.conf or soundfont"
+
+# -- licenses/: README.txt has a line for each library, plugin and the
+# soundfont in the folder, and for nothing else, naming its package, its
+# source and version, and a copyright file that licenses/ holds.
+readme=$game/licenses/README.txt
+cmp -s "$here/../LICENSE" "$game/licenses/LICENSE" || fail "licenses/LICENSE is not the program's LICENSE"
+shipped=$(cd "$game" && find lib plugins soundfont.sf2 -type f | sort)
+entries=$(sed -n 's/^\([^ ]*\): .*/\1/p' "$readme" | sort)
+diff <(echo "$shipped") <(echo "$entries") || fail "licenses/README.txt does not name exactly the folder's libraries"
+line_re='^[^ ]+: [^ ,]+, source [^ ]+ [^ ,]+, licence in ([^ ]+)$'
+while read -r line; do
+  [[ $line =~ $line_re ]] || fail "an entry without its package, source or licence: $line"
+  [ -s "$game/licenses/${BASH_REMATCH[1]}" ] || fail "no ${BASH_REMATCH[1]} for: $line"
+done < <(grep -E '^(lib|plugins|soundfont)' "$readme")
+grep -Eq '^soundfont.sf2: [a-z0-9-]*soundfont[a-z0-9-]*, ' "$readme" || fail "the soundfont's package is not named"
+echo "licenses/: $(ls "$game/licenses" | wc -l) files, $(du -sk "$game/licenses" | cut -f1) KB, for $(echo "$shipped" | wc -l) files"
 
 # The system's Qt out of reach: in a mount namespace of our own, an empty file
 # covers each of Qt's libraries and an empty folder its plugins.

@@ -14,6 +14,8 @@
 #include "bad_input.h"
 #include "forms/controls.h"
 #include "forms/user_actions.h"
+#include "packager/project_licence.h"
+#include "packager/runtime_copy.h"
 #include "platform/linked_runtime.h"
 #include "shell/forms.h"
 #include "test_program.h"
@@ -27,12 +29,14 @@ using testing::TempDir;
 // A runtime that lists the files it is given and remembers what it adopted.
 struct ListedRuntime : Runtime {
   std::vector<RuntimeFile> files;
+  std::vector<RuntimeOrigin> origins;
   int asked = 0;
   std::vector<std::pair<std::string, std::string>> adopted;
   std::vector<RuntimeFile> Files() override {
     ++asked;
     return files;
   }
+  std::vector<RuntimeOrigin> Origins() override { return origins; }
   void Adopt(const std::string& folder, const std::string& exeCopy) override { adopted.push_back({folder, exeCopy}); }
 };
 
@@ -79,15 +83,48 @@ TEST(Packager, RuntimeFilesGoIntoTheirFoldersInOrderAndAMissingOneIsSkipped) {
   Write(t.dir.path / "sys" / "liba.so.1", "a");
   Write(t.dir.path / "sys" / "libqoffscreen.so", "p");
   Write(t.dir.path / "sys" / "font.sf2", "f");
+  Write(t.dir.path / "sys" / "libq.so", "q");
+  Write(t.dir.path / "doc" / "liba1" / "copyright", "Qt's terms");
+  Write(t.dir.path / "doc" / "libtim" / "copyright", "font terms");
+  Write(t.dir.path / "doc" / "libtim2" / "copyright", "other font terms");
   t.runtime.files = {{t.dir.str() + "/sys/liba.so.1", "lib/liba.so.1"},
                      {t.dir.str() + "/sys/missing.so", "lib/missing.so"},
                      {t.dir.str() + "/sys/libqoffscreen.so", "plugins/platforms/libqoffscreen.so"},
-                     {t.dir.str() + "/sys/font.sf2", "soundfont.sf2"}};
+                     {t.dir.str() + "/sys/font.sf2", "soundfont.sf2"},
+                     {t.dir.str() + "/sys/font.sf2", "other.sf2"},
+                     {t.dir.str() + "/sys/libq.so", "lib/libq.so"}};
+  // Two packages of one source with one text between them (the runtime
+  // names the first one's file for both), two of another with two texts.
+  const std::string doc = t.dir.str() + "/doc/";
+  t.runtime.origins = {{"lib/liba.so.1", "liba1", "qt", "6.4-1", doc + "liba1/copyright"},
+                       {"lib/missing.so", "liba1", "qt", "6.4-1", doc + "liba1/copyright"},
+                       {"plugins/platforms/libqoffscreen.so", "liba2", "qt", "6.4-1", doc + "liba1/copyright"},
+                       {"soundfont.sf2", "libtim", "tim", "1:2", doc + "libtim/copyright"},
+                       {"other.sf2", "libtim2", "tim", "1:2", doc + "libtim2/copyright"},
+                       {"lib/libq.so", "", "", "", ""}};
   t.Compile(7);
   EXPECT_EQ(testing::FileBytes(t.game() / "lib" / "liba.so.1"), "a");
   EXPECT_FALSE(fs::exists(t.game() / "lib" / "missing.so"));
   EXPECT_EQ(testing::FileBytes(t.game() / "plugins" / "platforms" / "libqoffscreen.so"), "p");
   EXPECT_EQ(testing::FileBytes(t.game() / "soundfont.sf2"), "f");
+  // licenses/: the program's own, and one copyright file a text for the files
+  // that came, named by their source while its packages agree.
+  const fs::path licenses = t.game() / "licenses";
+  EXPECT_EQ(testing::FileBytes(licenses / "LICENSE"), ProjectLicence());
+  EXPECT_EQ(testing::FileBytes(licenses / "qt.copyright"), "Qt's terms");
+  EXPECT_EQ(testing::FileBytes(licenses / "libtim.copyright"), "font terms");
+  EXPECT_EQ(testing::FileBytes(licenses / "libtim2.copyright"), "other font terms");
+  std::vector<RuntimeOrigin> copied = t.runtime.origins;
+  copied.erase(copied.begin() + 1);
+  EXPECT_EQ(testing::FileBytes(licenses / "README.txt"), LicensesReadme(copied));
+  std::string readme = testing::FileBytes(licenses / "README.txt");
+  EXPECT_NE(readme.find("\nlib/liba.so.1: liba1, source qt 6.4-1, licence in qt.copyright\n"), std::string::npos);
+  EXPECT_NE(readme.find("\nplugins/platforms/libqoffscreen.so: liba2, source qt 6.4-1, licence in qt.copyright\n"),
+            std::string::npos);
+  EXPECT_NE(readme.find("\nsoundfont.sf2: libtim, source tim 1:2, licence in libtim.copyright\n"), std::string::npos);
+  EXPECT_NE(readme.find("\nlib/libq.so: in no Debian package where the game was made\n"), std::string::npos);
+  EXPECT_EQ(readme.find("missing.so"), std::string::npos);
+  EXPECT_EQ(std::distance(fs::directory_iterator(licenses), {}), 5);
   // The copy runs as the program itself did, and its own files stand beside it.
   struct stat st {};
   ASSERT_EQ(::stat((t.game() / "Two Words").c_str(), &st), 0);
@@ -106,6 +143,9 @@ TEST(Packager, WithCheck1ClearTheRuntimeIsNotAskedButTheProgramsOwnFilesStillCom
   EXPECT_EQ(t.runtime.asked, 0);
   EXPECT_TRUE(t.runtime.adopted.empty());
   EXPECT_FALSE(fs::exists(t.game() / "lib"));
+  // The copy of the program carries its licence all the same, alone.
+  EXPECT_EQ(testing::FileBytes(t.game() / "licenses" / "LICENSE"), ProjectLicence());
+  EXPECT_EQ(std::distance(fs::directory_iterator(t.game() / "licenses"), {}), 1);
   EXPECT_TRUE(fs::exists(t.game() / "fablewright-qt.so"));
   EXPECT_TRUE(fs::exists(t.game() / "Two Words.fbw"));
 }
@@ -217,6 +257,17 @@ TEST(LinkedRuntime, LddLinesGiveEachFoundLibraryWithItsFile) {
   EXPECT_FALSE(IsCLibrary("libcap.so.2"));
   EXPECT_FALSE(IsCLibrary("libmd.so.0"));
   EXPECT_FALSE(IsCLibrary("libstdc++.so.6"));
+  // dpkg -S: the first owner of each path, diversions and errors passed over.
+  std::map<std::string, std::string> owners = ParseDpkgSearch(
+      "libqt6core6:amd64: /usr/lib/x86_64-linux-gnu/libQt6Core.so.6\n"
+      "diversion by dash from: /bin/sh\n"
+      "libc6:amd64, libc6-dbg:amd64: /lib/x86_64-linux-gnu/libc.so.6\n"
+      "dpkg-query: no path found matching pattern /opt/x.so\n");
+  EXPECT_EQ(owners, (std::map<std::string, std::string>{
+                        {"/usr/lib/x86_64-linux-gnu/libQt6Core.so.6", "libqt6core6:amd64"},
+                        {"/lib/x86_64-linux-gnu/libc.so.6", "libc6:amd64"}}));
+  EXPECT_EQ(PackagePaths("/lib/x86_64-linux-gnu/nothing.so.1"),
+            (std::vector<std::string>{"/lib/x86_64-linux-gnu/nothing.so.1", "/usr/lib/x86_64-linux-gnu/nothing.so.1"}));
 }
 
 // The list worked out from this build's own executable and the modules it

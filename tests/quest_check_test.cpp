@@ -202,7 +202,7 @@ TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
   testing::TestProgram t({});
   std::ostringstream out, err;
   std::string svg = t.dir.str() + "/map.svg";
-  ASSERT_EQ(RunMapCommand({kFixtures + "destination-missing.fbw", "-o", svg}, out, err), 0) << err.str();
+  ASSERT_EQ(RunMapCommand({kFixtures + "destination-missing.fbw", "-o", svg}, t.graphs, out, err), 0) << err.str();
   std::string text = testing::FileBytes(svg);
   for (int i = 0; i < 5; ++i) {
     std::string title = "<title>p" + std::to_string(i) + "</title>";
@@ -215,7 +215,7 @@ TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
   std::ptrdiff_t nodes = 0;
   for (std::size_t at = 0; (at = text.find("class=\"node\"", at)) != std::string::npos; ++at) ++nodes;
   EXPECT_EQ(nodes, 6);  // five pages and the missing one
-  EXPECT_EQ(RunMapCommand({kFixtures + "clean.fbw", "-o", t.dir.str() + "/map.gif"}, out, err), 2);
+  EXPECT_EQ(RunMapCommand({kFixtures + "clean.fbw", "-o", t.dir.str() + "/map.gif"}, t.graphs, out, err), 2);
 }
 
 }  // namespace
@@ -249,7 +249,8 @@ int MappedNodes(int pages, int options) {
     }
   }
   std::ostringstream out, err;
-  EXPECT_EQ(RunMapCommand({quest, "-o", svg}, out, err), 0) << err.str();
+  GraphvizLayout graphs;
+  EXPECT_EQ(RunMapCommand({quest, "-o", svg}, graphs, out, err), 0) << err.str();
   EXPECT_EQ(out.str(), "Map of " + std::to_string(pages) + " pages written to " + svg + "\n");
   EXPECT_FALSE(std::filesystem::exists(svg + ".tmp-" + std::to_string(::getpid())));
   std::string text = testing::FileBytes(svg);

@@ -1,8 +1,9 @@
 // What a start loads: the jobs without a window load no part of the window
-// toolkit, and those without sound no part of FluidSynth; the game window's
-// module is loaded only when a window opens, from beside the executable or
-// from lib/ beside it, and the MIDI voice's only at the first tune. The dynamic loader's
-// own trace (LD_DEBUG) tells which libraries a run loaded.
+// toolkit, those without sound no part of FluidSynth, and those that draw no
+// map no part of Graphviz; the game window's module is loaded only when a
+// window opens, from beside the executable or from lib/ beside it, the MIDI
+// voice's only at the first tune, and the map's only for a map. The dynamic
+// loader's own trace (LD_DEBUG) tells which libraries a run loaded.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -55,22 +56,28 @@ Ran RunTraced(const fs::path& dir, const std::string& platform, const fs::path& 
 
 bool LoadedQt(const Ran& r) { return r.loaded.find("file=libQt6") != std::string::npos; }
 bool LoadedFluidSynth(const Ran& r) { return r.loaded.find("file=libfluidsynth") != std::string::npos; }
+bool LoadedGraphviz(const Ran& r) { return r.loaded.find("file=libgvc") != std::string::npos; }
 
 TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   testing::TempDir dir;
-  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
+  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[Quest Data]\r\nNumber Of Pages=1\r\n[1]\r\nPage Text=Here.\r\n";
   std::ofstream(dir.path / "s.txt") << "expect FrmGame.Visible == \"True\"\n";
   // A quest whose first page has a tune, the shortest there is.
   std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
   std::ofstream(dir.path / "t.mid", std::ios::binary)
       << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
   // Each job, and whether it plays a tune with sound.
-  const std::pair<const char*, bool> jobs[] = {{"--version", false},
-                                               {"ini get ./q.fbw 1 \"Page Text\"", false},
-                                               {"script s.txt --home .", false},
-                                               {"play q.fbw --home . --silent </dev/null", false},
-                                               {"q.fbw --home . </dev/null", false},
-                                               {"tune.fbw --home . </dev/null", true}};
+  struct Job {
+    const char* args;
+    bool sound;
+  };
+  const Job jobs[] = {{"--version", false},
+                      {"ini get ./q.fbw 1 \"Page Text\"", false},
+                      {"check q.fbw", false},
+                      {"script s.txt --home .", false},
+                      {"play q.fbw --home . --silent </dev/null", false},
+                      {"q.fbw --home . </dev/null", false},
+                      {"tune.fbw --home . </dev/null", true}};
   for (const auto& [args, sound] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
@@ -78,6 +85,8 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
     EXPECT_FALSE(LoadedQt(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-window.so"), std::string::npos) << args;
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
+    EXPECT_FALSE(LoadedGraphviz(r)) << args;
+    EXPECT_EQ(r.loaded.find("fablewright-map.so"), std::string::npos) << args;
   }
   // The terminal player with sound has its MIDI voice from the module
   // beside the program, at the first tune.
@@ -115,6 +124,25 @@ TEST(Startup, AWindowLoadsItsModuleFromBesideTheProgramOrFromLibBesideIt) {
   EXPECT_NE(without.out.find("fablewright: playing in the terminal instead\n"), std::string::npos) << without.out;
   EXPECT_NE(without.out.find("Here."), std::string::npos) << without.out;
   EXPECT_FALSE(LoadedQt(without));
+}
+
+TEST(Startup, AMapLoadsGraphvizFromItsModuleAndWithoutItSaysWhy) {
+  testing::TempDir dir;
+  std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\n";
+  Ran map = RunTraced(dir.path, "", kBin, "map q.fbw -o q.svg");
+  EXPECT_EQ(map.code, 0) << map.out;
+  EXPECT_NE(map.loaded.find("file=" + (kBin.parent_path() / kMapModuleName).string()), std::string::npos);
+  EXPECT_TRUE(LoadedGraphviz(map));
+  EXPECT_FALSE(LoadedQt(map));
+
+  fs::create_directories(dir.path / "copy");
+  fs::copy_file(kBin, dir.path / "copy" / "fablewright");
+  Ran noMap = RunTraced(dir.path, "", dir.path / "copy" / "fablewright", "map q.fbw -o other.svg");
+  EXPECT_EQ(noMap.code, 1);
+  EXPECT_TRUE(noMap.out.starts_with("fablewright: Graphviz could not start: fablewright-map.so is not beside the "
+                                    "program, in lib/ beside it, nor in "))
+      << noMap.out;
+  EXPECT_FALSE(fs::exists(dir.path / "other.svg"));
 }
 
 TEST(Startup, TheSoundModuleGivesTheMidiVoiceAndAnythingElseGivesSilence) {

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """The terminal player at a terminal: a pseudo-terminal 60 columns wide, a
 player who edits a line, recalls one from the history, completes a command
-with Tab (and a saved game's name in the folder the save dialog opens in),
-and reads the page wrapped on word boundaries.
+with Tab (a saved game's name in the folder the save dialog opens in, a
+quest's name at the open prompt), and reads the page wrapped on word
+boundaries.
 
 Usage: terminal_pty_test.py FABLEWRIGHT_BIN. Every step waits for the text it
 expects (at most a few seconds), never for a fixed time."""
@@ -39,7 +40,9 @@ class Game:
         quest = os.path.join(folder, "lantern.fbw")
         with open(quest, "w", encoding="cp1252", newline="") as f:
             f.write(QUEST)
-        env = dict(os.environ, TERM="xterm", LANG="C.UTF-8", LC_ALL="C.UTF-8", INPUTRC="/dev/null")
+        # No line-editor settings of the user's own (libedit reads EDITRC).
+        env = dict(os.environ, TERM="xterm", LANG="C.UTF-8", LC_ALL="C.UTF-8", INPUTRC="/dev/null",
+                   EDITRC="/dev/null")
         self.pid, self.fd = pty.fork()
         if self.pid == 0:
             os.chdir(folder)
@@ -154,6 +157,16 @@ def main():
         game.expect("/app/first.sav\nSaved Successfully.")
         game.expect("> ")
 
+        # At a path prompt Tab completes a file name, after the command
+        # completions before it: "lant" and Tab open lantern.fbw again.
+        game.send("open\r")
+        game.expect("Yes or no (y/n)? ")
+        game.send("y\r")
+        game.expect("empty to cancel: ")
+        game.send("lant\t\r")
+        game.expect("lantern.fbw \n")
+        game.expect("  1. Walk on towards the crossroads\n> ")
+
         game.send("1\r")
         game.expect("The sign creaks.\nScore: 3\n")
         game.send("QUIT \r")  # with a quest open, the game asks first
@@ -165,7 +178,9 @@ def main():
             fail("the game ended with status %d" % status, game)
         if "\x1b[?2004" in game.raw.decode("utf-8", "replace"):
             fail("bracketed paste mode was switched on", game)
-    print("terminal at %d columns: wrapped, edited, recalled, completed" % COLUMNS)
+        if b"\x07" in game.raw:
+            fail("the terminal's bell rang at a completion", game)
+    print("terminal at %d columns: wrapped, edited, recalled, completed commands and a file name" % COLUMNS)
 
 
 if __name__ == "__main__":

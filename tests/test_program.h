@@ -10,6 +10,7 @@
 
 #include "bindings/headless/headless_services.h"
 #include "forms/program.h"
+#include "platform/graphviz_layout.h"
 
 namespace fw::testing {
 
@@ -38,13 +39,21 @@ inline std::string FileBytes(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+// The headless services, with Graphviz linked in for the quest map.
+inline Services WithGraphs(Services services, GraphLayout& graphs) {
+  services.graphs = &graphs;
+  return services;
+}
+
 struct TestProgram {
   TempDir dir;
   HeadlessPlatform platform;
+  GraphvizLayout graphs;
   Program program;
 
   explicit TestProgram(std::span<const FormDef> forms)
-      : program(platform.services(), AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, forms) {}
+      : program(WithGraphs(platform.services(), graphs), AppInfo{dir.str(), "fablewright", dir.str(), dir.str()},
+                forms) {}
 
   FormSurface& surface() { return program.surface(); }
   double now() { return platform.clock.Now(); }

@@ -28,6 +28,10 @@ std::unique_ptr<Program> Assembly::Make(Services own) {
     }
     own.sequencer = sequencer_.get();
   }
+  if (!own.graphs) {
+    if (!graphs_) graphs_ = GraphvizOnFirstUse(launch_.mapModule);
+    own.graphs = graphs_.get();
+  }
   std::error_code ec;
   AppInfo app{Cp1252FromUtf8(launch_.appDir), Cp1252FromUtf8(launch_.exeName), launch_.home,
               std::filesystem::current_path(ec).string(), launch_.exe, launch_.OwnFiles()};

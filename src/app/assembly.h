@@ -23,9 +23,11 @@ struct Launch {
   std::string exe = {};  // the running executable's own file, "" when unknown
   std::string windowModule = {};  // host path of the window module, "" when there is none
   std::string soundModule = {};   // host path of the MIDI voice's module, "" when there is none
+  std::string mapModule = {};     // host path of the quest map's module, "" when there is none
 
   // The program's own files a copy of the executable needs beside it (a
   // packaged game opens its window and plays its tunes with them), in order.
+  // A game draws no quest map, so the map's module and Graphviz stay out.
   std::vector<std::string> OwnFiles() const {
     std::vector<std::string> files;
     for (const std::string& module : {windowModule, soundModule})
@@ -36,7 +38,8 @@ struct Launch {
 
 // The one place a program is put together, whichever binding runs it: the
 // real services that a binding does not bring (the clock, processes, files,
-// dice and the MIDI voice), where the program stands, and every form.
+// dice, the MIDI voice and the map's layout), where the program stands, and
+// every form.
 class Assembly {
  public:
   explicit Assembly(Launch launch) : launch_(std::move(launch)), runtime_(launch_.exe, launch_.OwnFiles()) {}
@@ -58,6 +61,7 @@ class Assembly {
   DrawRandom random_;
   LinkedRuntime runtime_;
   std::unique_ptr<Sequencer> sequencer_;
+  std::unique_ptr<GraphLayout> graphs_;
 };
 
 }  // namespace fw

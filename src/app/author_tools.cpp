@@ -116,7 +116,7 @@ int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std
   return HasError(*findings) ? 1 : 0;
 }
 
-int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int RunMapCommand(const std::vector<std::string>& args, GraphLayout& layout, std::ostream& out, std::ostream& err) {
   std::string quest, output;
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (args[i] == "-o" && i + 1 < args.size()) output = args[++i];
@@ -140,7 +140,7 @@ int RunMapCommand(const std::vector<std::string>& args, std::ostream& out, std::
   }
   QuestGraph graph = BuildQuestGraph(image);
   std::string bytes, error;
-  if (!RenderQuestMap(graph, Title(tool.p(), tool.quest, quest), format, bytes, error)) {
+  if (!RenderQuestMap(layout, graph, Title(tool.p(), tool.quest, quest), format, bytes, error)) {
     err << "fablewright: " << error << "\n";
     return 1;
   }

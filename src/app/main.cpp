@@ -18,6 +18,7 @@
 #include "forms/codepage.h"
 #include "forms/paths.h"
 #include "forms/regular_file.h"
+#include "packager/project_licence.h"
 #include "store/ini_command.h"
 
 namespace {
@@ -64,6 +65,7 @@ fw::Launch DefaultLaunch() {
   if (self.is_absolute()) launch.exe = self.string();
   launch.windowModule = fw::FindModule(launch.appDir, fw::kWindowModuleName);
   launch.soundModule = fw::FindModule(launch.appDir, fw::kSoundModuleName);
+  launch.mapModule = fw::FindModule(launch.appDir, fw::kMapModuleName);
   return launch;
 }
 
@@ -269,7 +271,9 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (command == "--version") {
-    std::cout << "fablewright " << FABLEWRIGHT_VERSION << "\n";
+    std::cout << "fablewright " << FABLEWRIGHT_VERSION << "\n"
+              << fw::ProjectCopyright() << "\n"
+              << "MIT licence: free to use, copy, change and pass on, with no warranty.\n";
     return 0;
   }
   if (command == "script") return Script(rest);
@@ -277,7 +281,10 @@ int main(int argc, char** argv) {
   if (command == "edit") return Edit(rest, argc, argv);
   if (command == "check") return fw::RunCheckCommand(rest, std::cout, std::cerr);
   if (command == "explore") return fw::RunExploreCommand(rest, std::cout, std::cerr);
-  if (command == "map") return fw::RunMapCommand(rest, std::cout, std::cerr);
+  if (command == "map") {
+    std::unique_ptr<fw::GraphLayout> layout = fw::GraphvizOnFirstUse(DefaultLaunch().mapModule);
+    return fw::RunMapCommand(rest, *layout, std::cout, std::cerr);
+  }
   if (command == "ini") return fw::RunIniCommand(rest, std::cout, std::cerr);
   return Run(args, argc, argv);
 }

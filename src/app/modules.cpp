@@ -17,6 +17,7 @@ namespace {
 using BuildFn = const char* (*)();
 using RunWindowsFn = int (*)(const ProgramMaker*, int, char**, const Opening*);
 using MakeSequencerFn = Sequencer* (*)(const char*);
+using MakeGraphLayoutFn = GraphLayout* (*)();
 
 // The module at path, loaded for good, with `entry` looked up in it; null
 // with the reason in `why` when it cannot be loaded or comes from another
@@ -60,6 +61,36 @@ class SoundOnFirstTuneSequencer : public Sequencer {
   std::string path_;
   std::string appDir_;
   std::unique_ptr<Sequencer> voice_;
+};
+
+class GraphvizOnFirstUseLayout : public GraphLayout {
+ public:
+  explicit GraphvizOnFirstUseLayout(std::string path) : path_(std::move(path)) {}
+  bool Draw(const std::string& dot, const std::string& engine, const std::string& format, GraphDrawing& out,
+            std::string& error) override {
+    if (!layout_ && why_.empty()) Load();
+    if (!layout_) {
+      error = "Graphviz could not start: " + why_;
+      return false;
+    }
+    return layout_->Draw(dot, engine, format, out, error);
+  }
+
+ private:
+  void Load() {
+    if (path_.empty()) {
+      why_ = std::string(kMapModuleName) + " is not beside the program, in lib/ beside it, nor in " +
+             FABLEWRIGHT_MODULE_DIR;
+      return;
+    }
+    auto make = reinterpret_cast<MakeGraphLayoutFn>(
+        LoadEntry(path_, "fablewright_map_build", "fablewright_make_graph_layout", why_));
+    if (make) layout_.reset(make());
+    if (!layout_ && why_.empty()) why_ = path_ + " made no graph layout";
+  }
+  std::string path_;
+  std::string why_;
+  std::unique_ptr<GraphLayout> layout_;
 };
 
 }  // namespace
@@ -118,6 +149,10 @@ std::unique_ptr<Sequencer> LoadSoundSequencer(const std::string& path, const std
 
 std::unique_ptr<Sequencer> SoundOnFirstTune(std::string path, std::string appDir) {
   return std::make_unique<SoundOnFirstTuneSequencer>(std::move(path), std::move(appDir));
+}
+
+std::unique_ptr<GraphLayout> GraphvizOnFirstUse(std::string path) {
+  return std::make_unique<GraphvizOnFirstUseLayout>(std::move(path));
 }
 
 }  // namespace fw

@@ -10,12 +10,13 @@
 
 namespace fw {
 
-// The game window and the MIDI voice live in modules of their own, loaded
-// only when a window opens or a tune is to sound, so that the terminal
-// player, a script or a key read starts without the window toolkit and the
-// sound libraries.
+// The game window, the MIDI voice and the quest map's layout live in modules
+// of their own, loaded only when a window opens, a tune is to sound or a map
+// is drawn, so that the terminal player, a script or a key read starts
+// without the window toolkit, the sound libraries and Graphviz.
 inline constexpr const char* kWindowModuleName = "fablewright-window.so";
 inline constexpr const char* kSoundModuleName = "fablewright-sound.so";
+inline constexpr const char* kMapModuleName = "fablewright-map.so";
 
 // True when a window can be shown: a display, or a platform chosen.
 bool DisplayAvailable();
@@ -46,5 +47,9 @@ std::unique_ptr<Sequencer> LoadSoundSequencer(const std::string& path, const std
 // opened, and plays in silence on the same timing when it cannot: a game
 // without a tune never loads the sound libraries.
 std::unique_ptr<Sequencer> SoundOnFirstTune(std::string path, std::string appDir);
+
+// The graph layout of the map module at path, loaded at the first drawing;
+// when it cannot be loaded, every drawing fails and says why.
+std::unique_ptr<GraphLayout> GraphvizOnFirstUse(std::string path);
 
 }  // namespace fw

@@ -128,7 +128,9 @@ void DrawQuestMap(Program& p) {
   QuestGraph graph = BuildQuestGraph(image);
   MapPicture map;
   std::string error;
-  if (!RenderQuestMapPicture(graph, MapTitle(p), map, error)) return Status(p).SetCaption(error);
+  GraphLayout* layout = p.services().graphs;
+  if (!layout) return Status(p).SetCaption("Graphviz could not start");
+  if (!RenderQuestMapPicture(*layout, graph, MapTitle(p), map, error)) return Status(p).SetCaption(error);
   if (!WriteUserFile(p, kMapPicture, map.png)) return Status(p).SetCaption("The map's picture cannot be written.");
   map.png.clear();
   bool first = m.map.width <= 0;

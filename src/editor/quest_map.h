@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "editor/quest_graph.h"
+#include "forms/services.h"
 
 namespace fw {
 
@@ -14,9 +15,10 @@ namespace fw {
 // The graph in the DOT language, before layout (UTF-8).
 std::string QuestDot(const QuestGraph& graph, std::string_view title);
 
-// The laid-out map in one of Graphviz's output formats ("svg", "dot", "png",
-// "pdf"); false with `error` set when Graphviz cannot make it.
-bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::string& format,
+// The map laid out by the layout service, in one of Graphviz's output
+// formats ("svg", "dot", "png", "pdf"); false with `error` set when it
+// cannot be made.
+bool RenderQuestMap(GraphLayout& layout, const QuestGraph& graph, std::string_view title, const std::string& format,
                     std::string& out, std::string& error);
 
 // A page's box on a rendered map picture, in twips from the picture's top
@@ -35,7 +37,7 @@ struct MapPicture {
 
 // Lays out and renders the map as a PNG at 96 dots an inch; the boxes come
 // from Graphviz's own positions. False with `error` set when it cannot.
-bool RenderQuestMapPicture(const QuestGraph& graph, std::string_view title, MapPicture& out, std::string& error);
+bool RenderQuestMapPicture(GraphLayout& layout, const QuestGraph& graph, std::string_view title, MapPicture& out, std::string& error);
 
 // The page whose box holds the point (twips on the picture), -1 for none.
 int PageAt(const MapPicture& map, float x, float y);

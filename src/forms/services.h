@@ -126,6 +126,16 @@ struct RuntimeFile {
   std::string from, to;
 };
 
+// Where a runtime file comes from, for the licences a game folder carries:
+// the Debian package that installed it, that package's source and version,
+// and its copyright file (a host path; packages of one source whose
+// copyright files say the same name the same file). All "" when no package
+// owns the file.
+struct RuntimeOrigin {
+  std::string to;  // as in RuntimeFile
+  std::string package, source, version, copyright;
+};
+
 // What a copy of the running executable needs besides itself, worked out
 // from the executable. Paths are host paths.
 class Runtime {
@@ -133,9 +143,37 @@ class Runtime {
   virtual ~Runtime() = default;
   // Every file, in the order they are copied.
   virtual std::vector<RuntimeFile> Files() = 0;
+  // Where each of those files comes from, in the same order.
+  virtual std::vector<RuntimeOrigin> Origins() = 0;
   // Makes the copy of the executable in the folder find the copied files
   // instead of the system's; throws Failure when it cannot.
   virtual void Adopt(const std::string& folder, const std::string& exeCopy) = 0;
+};
+
+// One node of a graph after layout: its name in the graph, its centre and
+// its size, in points with y upwards, as the layout engine gives them.
+struct LaidOutNode {
+  std::string name;
+  double x = 0, y = 0, width = 0, height = 0;
+};
+
+// A graph laid out and drawn: the drawing in the format asked for, the
+// bounding box of the layout (points, y upwards) and where each node went.
+struct GraphDrawing {
+  std::string bytes;
+  double left = 0, bottom = 0, right = 0, top = 0;
+  std::vector<LaidOutNode> nodes;
+};
+
+// Graph layout (Graphviz): a graph in the DOT language (UTF-8) laid out by
+// one of its engines ("dot", "sfdp") and drawn in one of its formats ("svg",
+// "dot", "png", "pdf").
+class GraphLayout {
+ public:
+  virtual ~GraphLayout() = default;
+  // False, with the reason in `error`, when it cannot be done.
+  virtual bool Draw(const std::string& dot, const std::string& engine, const std::string& format,
+                    GraphDrawing& out, std::string& error) = 0;
 };
 
 // The services of one running program.
@@ -149,6 +187,7 @@ struct Services {
   Sequencer* sequencer;
   MediaPlayers* players;
   Runtime* runtime = nullptr;  // none: a game folder gets no runtime files
+  GraphLayout* graphs = nullptr;  // none: the quest map cannot be drawn
 };
 
 }  // namespace fw

@@ -98,7 +98,11 @@ void MakeGame(Program& p, const std::string& folder, const std::string& name, Ga
   CopyPicture(p, "pic1", folder);
   CopyPicture(p, "Pic2", folder);
   WriteGameDat(p, folder, name);
-  if (CheckBox(s, kForm, "Check1").Value() == 1 && parts.FolderMade()) CopyRuntime(p, folder, folder + name);
+  if (!parts.FolderMade()) return;
+  if (CheckBox(s, kForm, "Check1").Value() == 1)
+    CopyRuntime(p, folder, folder + name);
+  else
+    CopyLicenses(p, folder, {});  // the copy of the program carries its licence all the same
 }
 
 }  // namespace

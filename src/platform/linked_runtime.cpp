@@ -12,6 +12,7 @@
 #include <fstream>
 #include <set>
 #include <span>
+#include <sstream>
 
 #include "forms/failure.h"
 #include "forms/regular_file.h"
@@ -134,6 +135,49 @@ bool ReadAt(int fd, std::uint64_t offset, T& value) {
   return ::pread(fd, &value, sizeof value, static_cast<off_t>(offset)) == static_cast<ssize_t>(sizeof value);
 }
 
+// What dpkg-query says of each package: its source and the source's version.
+struct PackageSource {
+  std::string source, version;
+};
+
+std::map<std::string, PackageSource> SourcesOf(const std::set<std::string>& packages) {
+  std::map<std::string, PackageSource> sources;
+  if (packages.empty()) return sources;
+  std::vector<std::string> argv = {"dpkg-query", "-W", "-f=${binary:Package}\t${source:Package}\t${source:Version}\n"};
+  argv.insert(argv.end(), packages.begin(), packages.end());
+  std::istringstream lines(RunAndRead(argv).value_or(""));
+  for (std::string line; std::getline(lines, line);) {
+    std::size_t a = line.find('\t'), b = line.find('\t', a == std::string::npos ? a : a + 1);
+    if (b == std::string::npos) continue;
+    PackageSource found{line.substr(a + 1, b - a - 1), line.substr(b + 1)};
+    std::string name = line.substr(0, a);
+    sources[name] = found;
+    sources[name.substr(0, name.find(':'))] = found;  // as dpkg -S named it, with or without its architecture
+  }
+  return sources;
+}
+
+std::string FileText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// A package's copyright file, or the one of a package of the same source
+// already named that says the same (Qt's libraries all carry one text).
+std::string CopyrightOf(const std::string& package, const std::string& source,
+                        std::map<std::string, std::vector<std::string>>& bySource) {
+  std::string path = "/usr/share/doc/" + package.substr(0, package.find(':')) + "/copyright";
+  if (!IsFile(path)) return "";
+  std::vector<std::string>& named = bySource[source];
+  std::string text = FileText(path);
+  for (const std::string& other : named)
+    if (FileText(other) == text) return other;
+  named.push_back(path);
+  return path;
+}
+
 }  // namespace
 
 // The dynamic section's run path, read as the loader reads it: the string
@@ -225,6 +269,31 @@ std::vector<ResolvedLibrary> ParseLdd(const std::string& output) {
   return found;
 }
 
+std::map<std::string, std::string> ParseDpkgSearch(const std::string& output) {
+  std::map<std::string, std::string> owners;
+  std::istringstream lines(output);
+  for (std::string line; std::getline(lines, line);) {
+    std::size_t colon = line.find(": /");
+    if (colon == std::string::npos || line.starts_with("diversion by ")) continue;
+    std::string packages = line.substr(0, colon);
+    owners.emplace(line.substr(colon + 2), packages.substr(0, packages.find(',')));
+  }
+  return owners;
+}
+
+std::vector<std::string> PackagePaths(const std::string& path) {
+  std::vector<std::string> paths = {path};
+  std::error_code ec;
+  fs::path real = fs::canonical(path, ec);
+  if (!ec && real != path) paths.push_back(real.string());
+  for (std::size_t i = 0, n = paths.size(); i < n; ++i) {
+    const std::string& p = paths[i];
+    if (p.starts_with("/usr/lib/") || p.starts_with("/usr/bin/")) paths.push_back(p.substr(4));
+    else if (p.starts_with("/lib/") || p.starts_with("/lib64/") || p.starts_with("/bin/")) paths.push_back("/usr" + p);
+  }
+  return paths;
+}
+
 bool IsCLibrary(const std::string& soname) {
   for (const char* prefix : kCLibraries)
     if (soname.starts_with(prefix)) return true;
@@ -250,6 +319,39 @@ std::vector<RuntimeFile> LinkedRuntime::Files() {
   if (!soundfont.empty()) files.push_back({soundfont, kGameSoundfont});
   files_ = files;
   return files;
+}
+
+std::vector<RuntimeOrigin> LinkedRuntime::Origins() {
+  if (origins_) return *origins_;
+  std::vector<RuntimeFile> files = Files();
+  std::vector<std::string> argv = {"dpkg", "-S"};
+  for (const RuntimeFile& f : files)
+    for (const std::string& path : PackagePaths(f.from)) argv.push_back(path);
+  std::map<std::string, std::string> owners = ParseDpkgSearch(files.empty() ? "" : RunAndRead(argv).value_or(""));
+  std::vector<std::string> packageOf;
+  std::set<std::string> packages;
+  for (const RuntimeFile& f : files) {
+    std::string package;
+    for (const std::string& path : PackagePaths(f.from))
+      if (auto owner = owners.find(path); package.empty() && owner != owners.end()) package = owner->second;
+    packageOf.push_back(package);
+    if (!package.empty()) packages.insert(package);
+  }
+  std::map<std::string, PackageSource> sources = SourcesOf(packages);
+  std::map<std::string, std::vector<std::string>> copyrights;
+  std::vector<RuntimeOrigin> origins;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    RuntimeOrigin origin{files[i].to, packageOf[i], "", "", ""};
+    if (!origin.package.empty()) {
+      const PackageSource& source = sources[origin.package];
+      origin.source = source.source.empty() ? origin.package : source.source;
+      origin.version = source.version;
+      origin.copyright = CopyrightOf(origin.package, origin.source, copyrights);
+    }
+    origins.push_back(origin);
+  }
+  origins_ = origins;
+  return origins;
 }
 
 // The executable's run path reaches every library loaded on its behalf (a

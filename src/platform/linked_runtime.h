@@ -1,4 +1,5 @@
 #pragma once
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,15 @@ std::optional<std::string> ElfRunPath(const std::string& path);
 // cannot find are left out.
 std::vector<ResolvedLibrary> ParseLdd(const std::string& output);
 
+// The owners dpkg -S names, by path: "pkg[:arch][, other]: /path" lines, the
+// first package of each; its other lines (diversions, errors) are passed over.
+std::map<std::string, std::string> ParseDpkgSearch(const std::string& output);
+
+// The places Debian's package database may know a file by: the path, its
+// real path, and each of them across the merged /usr (/lib and /usr/lib are
+// one folder here, but a package lists only the one it installed into).
+std::vector<std::string> PackagePaths(const std::string& path);
+
 // Whether the library is part of the C library, which every Linux machine
 // has and a copy must never replace (it belongs with the system's loader).
 bool IsCLibrary(const std::string& soname);
@@ -44,12 +54,16 @@ class LinkedRuntime : public Runtime {
   LinkedRuntime(std::string exe, std::vector<std::string> ownFiles)
       : exe_(std::move(exe)), ownFiles_(std::move(ownFiles)) {}
   std::vector<RuntimeFile> Files() override;
+  // From Debian's package database (dpkg -S for the owners of all the files
+  // at once, then dpkg-query for their sources), once a run.
+  std::vector<RuntimeOrigin> Origins() override;
   void Adopt(const std::string& folder, const std::string& exeCopy) override;
 
  private:
   std::string exe_;
   std::vector<std::string> ownFiles_;
   std::optional<std::vector<RuntimeFile>> files_;  // worked out once a run
+  std::optional<std::vector<RuntimeOrigin>> origins_;
 };
 
 }  // namespace fw

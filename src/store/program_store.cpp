@@ -109,8 +109,12 @@ bool KeepBackup(Program& p, std::string_view path, std::string_view stamp) {
 }
 
 bool WriteUserFile(Program& p, std::string_view name, std::string_view bytes) {
+  return WriteWholeFile(p.UserDir() + "/" + std::string(name), bytes);
+}
+
+bool WriteWholeFile(const std::string& hostPath, std::string_view bytes) {
   RealStoreDisk disk;
-  return RewriteFile(disk, p.UserDir() + "/" + std::string(name), [&](std::string& text) {
+  return RewriteFile(disk, hostPath, [&](std::string& text) {
     if (text == bytes) return false;
     text = bytes;
     return true;

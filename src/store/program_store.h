@@ -47,6 +47,8 @@ std::string BackupsFolder(Program& p);
 // Replaces a file of the per-user folder (a picture the program made) with
 // the bytes, whole or not at all; false when it could not be written.
 bool WriteUserFile(Program& p, std::string_view name, std::string_view bytes);
+// The same for a file anywhere, named by its host path.
+bool WriteWholeFile(const std::string& hostPath, std::string_view bytes);
 
 // An exclusive lock on a file of the per-user folder, for as long as `lock`
 // lives: 0, EWOULDBLOCK while another program holds it, or another errno value.

@@ -1,5 +1,6 @@
-// Line editing through GNU Readline's callback interface: the player edits
-// and recalls lines while the program's timers go on running between keys.
+// Line editing through libedit's readline interface, in its callback form:
+// the player edits and recalls lines while the program's timers go on
+// running between keys.
 #include <poll.h>
 #include <unistd.h>
 
@@ -12,8 +13,7 @@
 #include <string>
 #include <vector>
 
-#include <readline/history.h>
-#include <readline/readline.h>
+#include <editline/readline.h>
 
 #include "bindings/terminal/terminal_io.h"
 #include "bindings/terminal/text_lines.h"
@@ -34,9 +34,9 @@ class EditedLines : public LineInput {
 
  private:
   static void OnLine(char* line);
-  static char** Complete(const char* text, int start, int end);
-  static char* NextWord(const char* text, int state);
-  static char* NameInFolder(const char* text, int state);
+  static char* NextMatch(const char* text, int state);
+  std::vector<std::string> CommandMatches(const char* text) const;
+  std::vector<std::string> NamesInFolder(const char* text) const;
 
   int fd_;
   std::FILE* in_;
@@ -48,23 +48,26 @@ class EditedLines : public LineInput {
   std::string lastKept_;
 };
 
-// Readline keeps one line at a time for the whole process.
+// The line editor keeps one line at a time for the whole process.
 EditedLines* active = nullptr;
 
 EditedLines::EditedLines(int fd, TerminalOut& out, IdleCall idle)
     : fd_(fd), in_(::fdopen(::dup(fd), "r")), out_(out), idle_(std::move(idle)) {
-  // Readline edits UTF-8 as characters only when the locale says UTF-8.
+  // libedit edits UTF-8 as characters only when the locale says UTF-8.
   std::setlocale(LC_CTYPE, "");
+  // The streams are taken when the editor starts, at the first history call.
+  // It never switches on bracketed paste, so pasted lines run one by one
+  // and no mode switches reach a screen reader; and from the prompt to the
+  // Enter its own signal handlers put the terminal back before Ctrl-C ends
+  // the program.
   rl_readline_name = "fablewright";
   rl_instream = in_ ? in_ : stdin;
   rl_outstream = out.file();
-  rl_change_environment = 0;
-  // Ctrl-C while waiting between keys leaves the terminal as it found it.
-  rl_persistent_signal_handlers = 1;
-  rl_attempted_completion_function = Complete;
-  // Pasted lines run one by one, and no mode switches reach a screen reader.
-  rl_variable_bind("enable-bracketed-paste", "off");
+  rl_completion_entry_function = NextMatch;
   using_history();
+  // libedit rings the terminal's bell at every Tab, even one that completes
+  // the word; its bell becomes an attribute reset, which shows nothing.
+  rl_parse_and_bind("settc bl \x1b[m");
   stifle_history(500);
 }
 
@@ -86,10 +89,7 @@ std::optional<std::string> EditedLines::Next(std::string_view prompt, Asking ask
     std::optional<int> wait = idle_ ? idle_() : std::nullopt;
     pollfd pfd{fd_, POLLIN, 0};
     int ready = ::poll(&pfd, 1, wait ? *wait : -1);
-    if (ready < 0 && errno == EINTR) {
-      rl_check_signals();
-      continue;
-    }
+    if (ready < 0 && errno == EINTR) continue;
     if (ready < 0 || (ready > 0 && !(pfd.revents & POLLIN))) {
       rl_callback_handler_remove();  // the terminal went away
       break;
@@ -119,51 +119,48 @@ void EditedLines::OnLine(char* line) {
 }
 
 // Tab: a command word at the start of a command, "character" after save or
-// load, file names at a file prompt (a bare name in the dialog's folder),
-// nothing at a question.
-char** EditedLines::Complete(const char* text, int start, int) {
-  if (active && active->asking_ == Asking::Path) {
-    if (start > 0 || std::strchr(text, '/') || active->folder_.empty()) return nullptr;
-    rl_attempted_completion_over = 1;
-    return rl_completion_matches(text, NameInFolder);
-  }
-  rl_attempted_completion_over = 1;
-  if (!active || active->asking_ != Asking::Command) return nullptr;
-  std::string before = CommandWords(std::string_view(rl_line_buffer, static_cast<std::size_t>(start)));
-  if (before.empty()) return rl_completion_matches(text, NextWord);
-  if (before == "save" || before == "load")
-    return rl_completion_matches(text, [](const char* word, int state) -> char* {
-      return state == 0 && std::string_view("character").starts_with(Lowercase(word)) ? strdup("character")
-                                                                                      : nullptr;
-    });
-  return nullptr;
-}
-
-char* EditedLines::NameInFolder(const char* text, int state) {
-  static std::vector<std::string> names;
+// load, file names at a file prompt (a bare name in the dialog's folder, a
+// name with a folder in it from the current folder), nothing at a question.
+// State 0 starts a new completion.
+char* EditedLines::NextMatch(const char* text, int state) {
+  if (!active || active->asking_ == Asking::Answer) return nullptr;
+  if (active->asking_ == Asking::Path && (std::strchr(text, '/') || active->folder_.empty()))
+    return rl_filename_completion_function(text, state);
+  static std::vector<std::string> matches;
   static std::size_t next;
   if (state == 0) {
-    names.clear();
+    matches = active->asking_ == Asking::Path ? active->NamesInFolder(text) : active->CommandMatches(text);
     next = 0;
-    std::error_code ec;
-    for (const auto& entry : std::filesystem::directory_iterator(active->folder_, ec)) {
-      // Files only: a name with a folder in it is taken from the current folder.
-      std::string name = entry.path().filename().string();
-      if (name.starts_with(text) && entry.is_regular_file(ec)) names.push_back(name);
-    }
   }
-  return next < names.size() ? strdup(names[next++].c_str()) : nullptr;
+  return next < matches.size() ? strdup(matches[next++].c_str()) : nullptr;
 }
 
-char* EditedLines::NextWord(const char* text, int state) {
-  static std::size_t next;
-  if (state == 0) next = 0;
-  std::string typed = Lowercase(text);
-  while (next < std::size(kCommandWords)) {
-    const char* word = kCommandWords[next++];
-    if (std::string_view(word).starts_with(typed)) return strdup(word);
+// The files of the dialog's folder whose names begin with the text.
+std::vector<std::string> EditedLines::NamesInFolder(const char* text) const {
+  std::vector<std::string> names;
+  std::error_code ec;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_, ec)) {
+    std::string name = entry.path().filename().string();
+    if (name.starts_with(text) && entry.is_regular_file(ec)) names.push_back(name);
   }
-  return nullptr;
+  return names;
+}
+
+std::vector<std::string> EditedLines::CommandMatches(const char* text) const {
+  // The words before the one being completed, which ends at the cursor.
+  std::string_view line(rl_line_buffer ? rl_line_buffer : "");
+  std::size_t typed = std::strlen(text);
+  std::size_t end = rl_point >= 0 && static_cast<std::size_t>(rl_point) <= line.size() ? rl_point : line.size();
+  std::string before = CommandWords(line.substr(0, end >= typed ? end - typed : 0));
+  std::string word = Lowercase(text);
+  std::vector<std::string> matches;
+  if (before.empty()) {
+    for (const char* command : kCommandWords)
+      if (std::string_view(command).starts_with(word)) matches.emplace_back(command);
+  } else if ((before == "save" || before == "load") && std::string_view("character").starts_with(word)) {
+    matches.emplace_back("character");
+  }
+  return matches;
 }
 
 }  // namespace
