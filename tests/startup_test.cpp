@@ -78,6 +78,8 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
     EXPECT_FALSE(LoadedQt(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-window.so"), std::string::npos) << args;
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
+    // Without a sound card the sound libraries' reports stay off the terminal.
+    EXPECT_EQ(r.out.find("ALSA"), std::string::npos) << args << ": " << r.out;
   }
   // The terminal player with sound has its MIDI voice from the module
   // beside the program, at the first tune.
