@@ -12,6 +12,8 @@ packages=(
   g++ cmake make pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev libasound2-dev timgm6mb-soundfont
+  # MP3 lengths for the players without a window (opened at the first MP3).
+  libmpg123-dev
   libreadline-dev python3
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev
   libgraphviz-dev graphviz
