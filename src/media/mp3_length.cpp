@@ -63,7 +63,7 @@ struct Reading {
 mpg123_ssize_t ReadBytes(void* handle, void* buffer, std::size_t n) {
   auto* r = static_cast<Reading*>(handle);
   std::string_view got = r->file.Read(r->at, n);
-  std::memcpy(buffer, got.data(), got.size());
+  if (!got.empty()) std::memcpy(buffer, got.data(), got.size());
   r->at += got.size();
   return static_cast<mpg123_ssize_t>(got.size());
 }
