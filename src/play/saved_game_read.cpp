@@ -74,9 +74,12 @@ bool DecodeKeys(const ProfileImage& image, std::size_t first, std::size_t last, 
 }  // namespace
 
 std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file, SaveRead what) {
-  std::shared_ptr<const ProfileImage> image = ReadINIImage(p, file);
-  if (!image || (image->Value("saved game", "room").empty() && image->Value("saved game", "option 1").empty()))
+  // The validity test reads its two keys alone: a file that is no saved game
+  // (a quest of 100 MB, say) is never read whole.
+  if (ReadINI(p, file, "saved game", "room").empty() && ReadINI(p, file, "saved game", "option 1").empty())
     return std::nullopt;
+  std::shared_ptr<const ProfileImage> image = ReadINIImage(p, file);
+  if (!image) return std::nullopt;
   SavedGame g;
   // The fields in the order of kSavedGameKeys: the page's seven, the count
   // (read with the items), then the character's five.
