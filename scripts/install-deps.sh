@@ -13,7 +13,9 @@ set -euo pipefail
 packages=(
   g++ cmake make pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
-  libfluidsynth-dev timgm6mb-soundfont
+  libfluidsynth-dev libasound2-dev timgm6mb-soundfont
+  # MP3 lengths for the players without a window (opened at the first MP3).
+  libmpg123-dev
   libedit-dev python3
   qt6-base-dev qt6-multimedia-dev qt6-svg-dev
   libgraphviz-dev graphviz

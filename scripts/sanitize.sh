@@ -16,6 +16,15 @@ export ASAN_OPTIONS=halt_on_error=1:exitcode=23:print_stacktrace=1:detect_leaks=
 export UBSAN_OPTIONS=halt_on_error=1:exitcode=24:print_stacktrace=1
 export LSAN_OPTIONS=exitcode=23:print_suppressions=0:suppressions=$root/scripts/lsan.supp
 
+# Tests whose time grows with the size of their case (a fight fought
+# thousands of times) take a smaller one here, where the instrumented build
+# runs some fifty times slower; the plain suite runs the full cases.
+export FABLEWRIGHT_SMALL_CASES=1
+# The benchmarks' smoke run without the two that draw the map of 100 pages:
+# there Graphviz's drawing takes minutes under the sanitizers' interceptors,
+# and the map's own code is run by its tests.
+export FABLEWRIGHT_BENCH_SMOKE='^BM_([^M]|M[^a]|Map[^PR]).*/100$'
+
 # The tests that play real sound and movies through Qt Multimedia run in the
 # plain suite only: under the sanitizers' timing, Qt's GStreamer plugin can
 # deadlock inside QMediaPlayer::setSource (its pad-added handler and the

@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "forms/controls.h"
 #include "play/game_start.h"
 #include "play/game_state.h"
 #include "play/page_view.h"
@@ -90,6 +91,45 @@ TEST_F(Engine, HealingComesOnlyWithAChoice) {
   ShowPage(p, PageCaller::ChooseOption);
   EXPECT_EQ(g.HPPlay.Value(), 100);
   EXPECT_TRUE(Picture2.Visible());
+}
+
+// A game folder from elsewhere names files outside itself: the quest is
+// then no packaged game's (the full system starts and nothing writes to it),
+// and the pictures are not loaded.
+TEST(PackagedGameFolder, ReachesNoFileOutsideIt) {
+  testing::TempDir dir;
+  namespace fs = std::filesystem;
+  fs::path game = dir.path / "game", victim = dir.path / "victim";
+  fs::create_directories(game);
+  fs::create_directories(victim);
+  WriteFile(victim / "v.fbw", kQuest);
+  WriteFile(game / "q.fbw", kQuest);
+  std::ofstream(victim / "art.gif", std::ios::binary) << "GIF89a";
+  fs::create_symlink(victim / "v.fbw", game / "link.fbw");
+  std::string before = testing::FileBytes(victim / "v.fbw");
+  struct Case {
+    std::string quest, picture;
+  };
+  const Case cases[] = {{"..\\victim\\v.fbw", ""},      {"../victim/v.fbw", ""},
+                        {(victim / "v.fbw").string(), ""}, {"C:\\victim\\v.fbw", ""},
+                        {"sub\\..\\..\\victim\\v.fbw", ""}, {"link.fbw", ""},
+                        {"q.fbw", "..\\victim\\art.gif"},  {"q.fbw", (victim / "art.gif").string()}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.quest + " " + c.picture);
+    WriteFile(game / "game.dat", "[Image]\nBackground=" + c.picture + "\nMenuButton=" + c.picture +
+                                     "\n[loaddat]\nQuestFile=" + c.quest + "\n[Game Data]\nTitle=Packed\n");
+    HeadlessPlatform platform;
+    Program p(platform.services(), AppInfo{game.string(), "fablewright", game.string(), game.string()}, AllForms());
+    p.Start();
+    GameState g(p);
+    bool packaged = c.quest == "q.fbw";
+    EXPECT_EQ(g.questfil.Caption(), packaged ? game.string() + "\\q.fbw" : "No Quest Loaded.");
+    EXPECT_EQ(Image(p.surface(), "FrmGame", "Image11").Visible(), packaged);
+    EXPECT_EQ(Image(p.surface(), "FrmGame", "Image4").Picture().host.find("victim"), std::string::npos);
+    EXPECT_EQ(p.surface().Form(FormHandle(p.surface(), "FrmGame").index()).picture.host.find("victim"),
+              std::string::npos);
+  }
+  EXPECT_EQ(testing::FileBytes(victim / "v.fbw"), before);
 }
 
 class PackagedGame : public Engine {

@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -224,6 +225,55 @@ TEST(QuestMap, SvgHoldsOneNodePerPageAndMarksTheBrokenWay) {
 namespace fw {
 namespace {
 
+// A game folder: its game.dat first, where a file named outside the folder
+// is ignored by the game, then the quest it names, by its path there.
+TEST(QuestCheck, AGameFolderWarnsOfFilesOutsideIt) {
+  testing::TempDir dir;
+  std::string folder = dir.str() + "/Crypt";
+  std::filesystem::create_directories(folder);
+  std::filesystem::copy_file(kFixtures + "destination-missing.fbw", folder + "/Crypt.fbw");
+  auto write = [&](const std::string& quest) {
+    std::ofstream(folder + "/game.dat", std::ios::binary)
+        << "[Image]\r\nBackground=..\\hall.jpg\r\nMenuButton=go.gif\r\n[loaddat]\r\nQuestFile=" << quest
+        << "\r\n[Game Data]\r\nTitle=Crypt\r\n";
+  };
+  std::string background = folder + "/game.dat:Image: warning: Background \"..\\hall.jpg\" is outside the game "
+                           "folder: the game ignores it and keeps its own picture\n";
+  write("../victim/v.fbw");
+  ToolRun run = Check(folder);
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(run.out, background + folder + "/game.dat:loaddat: warning: QuestFile \"../victim/v.fbw\" is outside the "
+                                           "game folder: the game ignores it and starts as the full system\n");
+  write("Crypt.fbw");
+  run = Check(folder);
+  EXPECT_EQ(run.code, 1);
+  EXPECT_EQ(run.out, background + folder + "/Crypt.fbw:2: error: option two \"Go down to the rat\" leads to page "
+                                           "\"44\", which the quest does not have\n");
+  EXPECT_EQ(Check(dir.str()).code, 2);  // no game.dat
+}
+
+// Every byte a line of the file can hold, in a location, an option and the
+// name of the page it leads to: the map is drawn, and its SVG holds no
+// control character, which XML forbids.
+TEST(QuestMap, EveryByteOfWindows1252PassesIntoTheMap) {
+  testing::TestProgram t({});
+  std::string bytes;
+  for (int c = 0; c < 256; ++c)
+    if (c != '\r' && c != '\n') bytes += static_cast<char>(c);
+  std::string quest = t.dir.str() + "/bytes.fbw";
+  std::ofstream(quest, std::ios::binary) << "[1]\r\nLocation=" << bytes << "\r\nOption One=" << bytes
+                                         << "\r\nOption One Destination Page=" << bytes << "\r\n";
+  for (const char* format : {"svg", "dot"}) {
+    SCOPED_TRACE(format);
+    std::ostringstream out, err;
+    std::string map = t.dir.str() + "/map." + format;
+    ASSERT_EQ(RunMapCommand({quest, "-o", map}, out, err), 0) << err.str();
+    std::string text = testing::FileBytes(map);
+    EXPECT_EQ(std::count_if(text.begin(), text.end(), [](char c) { return c >= 0 && c < 0x20 && c != '\n' && c != '\t'; }),
+              0);
+  }
+}
+
 TEST(QuestCheck, FindingsLeaveInUtf8WithTheirQuotesEscaped) {
   std::vector<Finding> findings = {{"Caf\xE9", Finding::Level::Warning, "option one \"Entr\xE9\x65\"\ttab"}};
   EXPECT_EQ(FindingsText("q.fbw", findings), "q.fbw:Caf\xC3\xA9: warning: option one \"Entr\xC3\xA9\x65\"\ttab\n");
@@ -261,9 +311,12 @@ int MappedNodes(int pages, int options) {
 
 // Past the curved layout's reach (a 100-page ring took it minutes) and past
 // the layered one's, the map is still one node a page, in a second or two.
+// The sanitized suite, where Graphviz runs many times slower, maps smaller
+// rings with as many arrows a page, past the same two bounds.
 TEST(QuestMap, DenselyLinkedAndLargeQuestsGetEveryPage) {
-  EXPECT_EQ(MappedNodes(100, 4), 100);
-  EXPECT_EQ(MappedNodes(250, 2), 250);
+  const bool small = testing::SmallCases();
+  EXPECT_EQ(MappedNodes(small ? 40 : 100, 4), small ? 40 : 100);  // 160 or 400 arrows: layered, straight
+  EXPECT_EQ(MappedNodes(small ? 120 : 250, small ? 4 : 2), small ? 120 : 250);  // 480 or 500: scattered
 }
 
 }  // namespace

@@ -2,12 +2,19 @@
 // shortest ways are known by construction: a key opens a door from one side
 // only, a fight leads to either ending, a wall needs a rope nothing gives,
 // and an attic no way leads to.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <thread>
 
 #include "app/author_tools.h"
 #include "bindings/headless/headless_services.h"
@@ -66,6 +73,62 @@ TEST(QuestExplore, BoundStopsTheSearchAndSaysSo) {
   Explore({"missing.fbw"}, 2);
 }
 
+// The explorer plays a copy in a folder of the temporary folder, which goes
+// whatever ends the run: its end, an interrupt, a request to end.
+TEST(QuestExplore, LeavesNothingInTheTemporaryFolder) {
+  testing::TempDir dir;
+  std::filesystem::path tmp = dir.path / "tmp", quest = dir.path / "loop.fbw";
+  std::filesystem::create_directories(tmp);
+  // A score that grows round a loop: a new state at every step, as long as the bound allows.
+  std::ofstream(quest, std::ios::binary)
+      << "[1]\r\nOption One=Round\r\nOption One Score=1\r\nOption One Destination Page=1\r\n";
+  for (int signal : {0, SIGINT, SIGTERM}) {
+    SCOPED_TRACE(signal);
+    pid_t pid = ::fork();
+    if (pid == 0) {
+      ::setenv("TMPDIR", tmp.c_str(), 1);
+      std::signal(SIGINT, SIG_DFL);  // as a terminal starts it, whatever started the tests
+      std::signal(SIGTERM, SIG_DFL);
+      int null = ::open("/dev/null", O_WRONLY);
+      ::dup2(null, 1);
+      ::dup2(null, 2);
+      ::execl(FABLEWRIGHT_BIN, "fablewright", "explore", quest.c_str(), "--max-states", signal ? "999999999" : "50",
+              "--fights", "0", static_cast<char*>(nullptr));
+      ::_exit(127);
+    }
+    ASSERT_GT(pid, 0);
+    if (signal) {
+      for (int wait = 0; wait < 6000 && std::filesystem::is_empty(tmp); ++wait)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      EXPECT_FALSE(std::filesystem::is_empty(tmp)) << "no scratch folder appeared";
+      ::kill(pid, signal);
+    }
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    bool ended = signal ? WIFSIGNALED(status) && WTERMSIG(status) == signal : WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    EXPECT_TRUE(ended) << status;
+    EXPECT_TRUE(std::filesystem::is_empty(tmp));
+  }
+}
+
+// A file that is no quest has no page 1 for a game to start at: the explorer
+// says so and plays nothing.
+TEST(QuestExplore, AFileWithoutPagesIsRefused) {
+  testing::TempDir dir;
+  std::string noise;
+  for (int i = 0; i < 4096; ++i) noise += static_cast<char>((i * 7919 + i / 13) % 256);
+  const std::string files[] = {"", noise, "[\x01\xFE]\r\nPage Text=Here\r\n[Story Info]\r\nTitle=T\r\n"};
+  for (const std::string& bytes : files) {
+    std::string quest = dir.str() + "/odd.fbw";
+    std::ofstream(quest, std::ios::binary) << bytes;
+    std::ostringstream out, err;
+    EXPECT_EQ(RunExploreCommand({quest}, out, err), 1);
+    EXPECT_EQ(out.str(), "");
+    EXPECT_EQ(err.str(), "fablewright: " + quest +
+                             " holds no pages: every game starts at page 1, which it does not have\n");
+  }
+}
+
 }  // namespace
 }  // namespace fw
 
@@ -77,23 +140,26 @@ namespace {
 // hits (69 of 74 hit draws), a loss when the player misses and the gnat hits,
 // and is played again when both miss; so a win has the odds
 // (69/74) / (1 - (5/74)^2) = 5106/5451, and a fight lasts 5476/5451 rounds.
+// The sanitized suite fights fewer times, within a wider margin.
 TEST(BattleBalance, DuelOddsAsEnumeratedByHand) {
+  const int fights = testing::SmallCases() ? 500 : 20000;
+  const double spread = std::sqrt(20000.0 / fights);  // the margins grow as the fights get fewer
   testing::TempDir dir;
   std::string quest = dir.str() + "/duel.fbw";
   std::filesystem::copy_file(std::string(FABLEWRIGHT_SOURCE_DIR) + "/tests/fixtures/explore/duel.fbw", quest);
   HeadlessPlatform platform;
   Program p(platform.services(), AppInfo{dir.str(), "fablewright", dir.str(), dir.str()}, AllForms());
   GameState(p).questfil.SetCaption(quest);
-  FightOdds odds = FightOften(p, "1", 1, 1, 20000);
-  EXPECT_EQ(odds.fights, 20000);
-  EXPECT_EQ(odds.wins + odds.losses, 20000);
-  EXPECT_NEAR(static_cast<double>(odds.wins) / odds.fights, 5106.0 / 5451, 0.006);  // 3.5 standard deviations
-  EXPECT_NEAR(odds.meanRounds, 5476.0 / 5451, 0.004);
+  FightOdds odds = FightOften(p, "1", 1, 1, fights);
+  EXPECT_EQ(odds.fights, fights);
+  EXPECT_EQ(odds.wins + odds.losses, fights);
+  EXPECT_NEAR(static_cast<double>(odds.wins) / odds.fights, 5106.0 / 5451, 0.006 * spread);  // 3.5 standard deviations
+  EXPECT_NEAR(odds.meanRounds, 5476.0 / 5451, 0.004 * spread);
   EXPECT_EQ(odds.meanHpLeft, 1);  // the gnat never strikes in a round it loses
   EXPECT_EQ(odds.monster, "Gnat");
   EXPECT_TRUE(odds.escapeOpen);
   // The cautious player, at 1 hp against blows of 2 to 9, never stays.
-  EXPECT_EQ(odds.cautiousEscapes, 20000);
+  EXPECT_EQ(odds.cautiousEscapes, fights);
 }
 
 }  // namespace

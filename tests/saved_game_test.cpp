@@ -105,6 +105,44 @@ TEST(SavedGameFile, WorkedExampleByteForByte) {
             "[List Data]\r\n0=Rusty Key\r\n1=Map\r\n");
 }
 
+// A sound page with a damaged character: the picture menu's load reads no
+// character and restores the page; the full load refuses the file, as it
+// needs hit points to fill the gauge.
+TEST(SavedGameFile, ADamagedCharacterKeepsOnlyTheFullLoadOut) {
+  const char* refusal =
+      "The file does not appear to be a saved game for this particular game or there is an error in the file.";
+  const std::string damaged[] = {std::string("\xFC\xFF"),  // codes no decoding can take
+                                 Encode("lots"),            // hit points that are no number
+                                 ""};                      // a whole character missing is no damage
+  for (const std::string& hp : damaged) {
+    SCOPED_TRACE(hp);
+    testing::TestProgram t{AllForms()};
+    Program& p = t.program;
+    GameState g{p};
+    std::string quest = (t.dir.path / "q.fbw").string(), sav = (t.dir.path / "game.sav").string();
+    std::ofstream(quest) << "[1]\r\nPage Text=One.\r\n";
+    std::ofstream(sav, std::ios::binary) << "[saved game]\r\nroom=" << Encode("A dark cave.") << "\r\noption 1="
+                                         << Encode("Go north") << "\r\npage=" << Encode("7") << "\r\nPoo="
+                                         << Encode("12") << "\r\n[CharacterData]\r\nCharHp=" << hp << "\r\n";
+    g.questfil.SetCaption(quest);
+    t.platform.dialogs.QueueFile("FrmGame.file", sav);
+    frmgame::Image2_Click(p);
+    EXPECT_TRUE(t.platform.dialogs.unchecked().empty());
+    EXPECT_EQ(g.room.Text(), "A dark cave.");
+    EXPECT_EQ(g.Option1.Caption(), "Go north");
+    EXPECT_EQ(g.pg.Caption(), "7");
+    EXPECT_EQ(g.score.Caption(), "12");
+
+    t.platform.dialogs.QueueFile("FrmGame.file", sav);
+    frmgame::mnuload_Click(p);
+    bool refused = !t.platform.dialogs.unchecked().empty();
+    EXPECT_EQ(refused, !hp.empty());
+    if (refused) {
+      EXPECT_EQ(t.platform.dialogs.unchecked().front().prompt, refusal);
+    }
+  }
+}
+
 // A count too large for any list (or any integer) reads as no count at all.
 TEST(SavedGameFile, AHugeItemCountReadsTheItemsUpToTheFirstBlank) {
   testing::TestProgram t{AllForms()};

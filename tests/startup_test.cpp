@@ -1,9 +1,10 @@
 // What a start loads: the jobs without a window load no part of the window
-// toolkit, those without sound no part of FluidSynth, and those that draw no
-// map no part of Graphviz; the game window's module is loaded only when a
-// window opens, from beside the executable or from lib/ beside it, the MIDI
-// voice's only at the first tune, and the map's only for a map. The dynamic
-// loader's own trace (LD_DEBUG) tells which libraries a run loaded.
+// toolkit, those without sound no part of FluidSynth, those that measure no
+// MP3 no MP3 decoder, and those that draw no map no part of Graphviz; the
+// game window's module is loaded only when a window opens, from beside the
+// executable or from lib/ beside it, the MIDI voice's only at the first tune,
+// and the map's only for a map. The dynamic loader's own trace (LD_DEBUG)
+// tells which libraries a run loaded.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -14,6 +15,7 @@
 #include <string>
 
 #include "app/modules.h"
+#include "test_media.h"
 #include "test_program.h"
 
 namespace fw {
@@ -57,28 +59,30 @@ Ran RunTraced(const fs::path& dir, const std::string& platform, const fs::path& 
 bool LoadedQt(const Ran& r) { return r.loaded.find("file=libQt6") != std::string::npos; }
 bool LoadedFluidSynth(const Ran& r) { return r.loaded.find("file=libfluidsynth") != std::string::npos; }
 bool LoadedGraphviz(const Ran& r) { return r.loaded.find("file=libgvc") != std::string::npos; }
+bool LoadedMpg123(const Ran& r) { return r.loaded.find("file=libmpg123") != std::string::npos; }
 
 TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   testing::TempDir dir;
   std::ofstream(dir.path / "q.fbw", std::ios::binary) << "[Quest Data]\r\nNumber Of Pages=1\r\n[1]\r\nPage Text=Here.\r\n";
   std::ofstream(dir.path / "s.txt") << "expect FrmGame.Visible == \"True\"\n";
-  // A quest whose first page has a tune, the shortest there is.
+  // A quest whose first page has a tune, the shortest there is, and one
+  // whose first page has an MP3 track.
   std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
   std::ofstream(dir.path / "t.mid", std::ios::binary)
       << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
-  // Each job, and whether it plays a tune with sound.
+  // Each job, whether it plays a tune with sound, and whether it measures an MP3.
   struct Job {
     const char* args;
-    bool sound;
-  };
-  const Job jobs[] = {{"--version", false},
-                      {"ini get ./q.fbw 1 \"Page Text\"", false},
-                      {"check q.fbw", false},
-                      {"script s.txt --home .", false},
-                      {"play q.fbw --home . --silent </dev/null", false},
-                      {"q.fbw --home . </dev/null", false},
-                      {"tune.fbw --home . </dev/null", true}};
-  for (const auto& [args, sound] : jobs) {
+    bool sound, mp3;
+  } jobs[] = {{"--version", false, false},
+              {"ini get ./q.fbw 1 \"Page Text\"", false, false},
+              {"check q.fbw", false, false},
+              {"script s.txt --home .", false, false},
+              {"play q.fbw --home . --silent </dev/null", false, false},
+              {"q.fbw --home . </dev/null", false, false},
+              {"tune.fbw --home . </dev/null", true, false},
+              {"track.fbw --home . </dev/null", false, true}};
+  for (const auto& [args, sound, mp3] : jobs) {
     Ran r = RunTraced(dir.path, "", kBin, args);
     EXPECT_EQ(r.code, 0) << args << ": " << r.out;
     EXPECT_NE(r.loaded.find("file="), std::string::npos) << args << ": the loader traced nothing";
@@ -87,6 +91,10 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
     EXPECT_EQ(LoadedFluidSynth(r), sound) << args;
     EXPECT_FALSE(LoadedGraphviz(r)) << args;
     EXPECT_EQ(r.loaded.find("fablewright-map.so"), std::string::npos) << args;
+    // FluidSynth's sound-file library brings the MP3 decoder too.
+    EXPECT_EQ(LoadedMpg123(r), mp3 || sound) << args;
+    // Without a sound card the sound libraries' reports stay off the terminal.
+    EXPECT_EQ(r.out.find("ALSA"), std::string::npos) << args << ": " << r.out;
   }
   // The terminal player with sound has its MIDI voice from the module
   // beside the program, at the first tune.

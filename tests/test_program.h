@@ -2,11 +2,13 @@
 // A headless program on a virtual clock, for tests.
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "bindings/headless/headless_services.h"
 #include "forms/program.h"
@@ -43,6 +45,15 @@ inline std::string FileBytes(const std::filesystem::path& path) {
 inline Services WithGraphs(Services services, GraphLayout& graphs) {
   services.graphs = &graphs;
   return services;
+}
+
+// True in the sanitized suite (scripts/sanitize.sh sets FABLEWRIGHT_SMALL_CASES=1),
+// whose instrumented build runs some fifty times slower: a test whose time
+// grows with the size of its case (a fight fought thousands of times) takes
+// a smaller case there, and the plain suite keeps the full one.
+inline bool SmallCases() {
+  const char* small = std::getenv("FABLEWRIGHT_SMALL_CASES");
+  return small && std::string_view(small) == "1";
 }
 
 struct TestProgram {

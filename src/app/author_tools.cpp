@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -11,8 +12,10 @@
 #include "bindings/headless/headless_services.h"
 #include "editor/quest_check.h"
 #include "editor/quest_explore.h"
+#include "editor/quest_graph.h"
 #include "editor/quest_map.h"
 #include "forms/codepage.h"
+#include "forms/paths.h"
 #include "forms/program.h"
 #include "play/quest_paths.h"
 #include "shell/forms.h"
@@ -88,6 +91,85 @@ std::string ProgressBar(std::size_t done, std::size_t total) {
          std::to_string(percent) + "%  " + std::to_string(done) + " of " + std::to_string(total);
 }
 
+// A game folder: its game.dat, then the quest it names.
+int CheckGameFolder(const std::string& folder, const std::string& format, std::ostream& out, std::ostream& err) {
+  std::string dat = (fs::path(folder) / "game.dat").string();
+  std::error_code ec;
+  if (!fs::is_regular_file(dat, ec)) {
+    err << "fablewright: " << folder << " holds no game.dat\n";
+    return 2;
+  }
+  ToolProgram tool(dat);
+  std::string programFolder = Cp1252FromUtf8(tool.p().AppPath());
+  GameDatCheck game = CheckGameDat(tool.p(), programFolder);
+  std::vector<FileFindings> files = {{dat, game.findings}};
+  if (!game.quest.empty()) {
+    std::string shown = (fs::path(folder) / HostPath(game.questName)).string();
+    if (auto findings = CheckQuest(tool.p(), game.quest)) {
+      files.push_back({shown, std::move(*findings)});
+    } else {
+      files[0].findings.push_back({"loaddat", Finding::Level::Error,
+                                   "QuestFile \"" + game.questName +
+                                       "\" is not in the game folder: the game starts on a blank page"});
+    }
+  }
+  bool error = false;
+  for (const FileFindings& f : files) error = error || HasError(f.findings);
+  if (format == "json") {
+    out << FindingsJson(files);
+  } else {
+    for (const FileFindings& f : files) out << FindingsText(f.file, f.findings);
+  }
+  return error ? 1 : 0;
+}
+
+// The explorer's scratch folder in the system's temporary folder, made here
+// and removed with the object.
+struct Scratch {
+  fs::path path;
+  Scratch() {
+    std::error_code ec;
+    path = fs::temp_directory_path(ec) / ("fablewright-explore-" + std::to_string(::getpid()));
+    fs::create_directories(path, ec);
+  }
+  ~Scratch() { Remove(); }
+  void Remove() {
+    std::error_code ec;
+    fs::remove_all(path, ec);
+  }
+};
+
+// While it lives, an interrupt (SIGINT) or a request to end (SIGTERM) is
+// noted instead of ending the program at once, so that a run can stop and
+// tidy up first; then it passes the signal on.
+class StopOnSignals {
+ public:
+  StopOnSignals() {
+    caught_ = 0;
+    struct sigaction note {};
+    note.sa_handler = [](int signal) { caught_ = signal; };
+    sigemptyset(&note.sa_mask);
+    // A signal the program was started to ignore stays ignored.
+    for (std::size_t i = 0; i < std::size(kSignals); ++i)
+      if (sigaction(kSignals[i], nullptr, &old_[i]) == 0 && old_[i].sa_handler != SIG_IGN)
+        sigaction(kSignals[i], &note, nullptr);
+  }
+  ~StopOnSignals() { Restore(); }
+  int caught() const { return caught_; }
+  void Restore() {
+    if (restored_) return;
+    restored_ = true;
+    for (std::size_t i = 0; i < std::size(kSignals); ++i) sigaction(kSignals[i], &old_[i], nullptr);
+  }
+
+ private:
+  static constexpr int kSignals[] = {SIGINT, SIGTERM};
+  // A signal handler has only a global to tell the program through.
+  static inline volatile std::sig_atomic_t caught_ = 0;
+  struct sigaction old_[std::size(kSignals)] {};
+  bool restored_ = false;
+};
+
 }  // namespace
 
 int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -106,6 +188,8 @@ int RunCheckCommand(const std::vector<std::string>& args, std::ostream& out, std
     err << "fablewright: check needs a QUEST file\n";
     return 2;
   }
+  std::error_code ec;
+  if (fs::is_directory(quest, ec)) return CheckGameFolder(quest, format, out, err);
   ToolProgram tool(quest);
   std::optional<std::vector<Finding>> findings = CheckQuest(tool.p(), tool.quest);
   if (!findings) {
@@ -172,28 +256,38 @@ int RunExploreCommand(const std::vector<std::string>& args, std::ostream& out, s
     return 2;
   }
   // A won fight may raise a level, which the game writes into the quest:
-  // the explorer plays a copy, so the author's file is never written.
+  // the explorer plays a copy, so the author's file is never written. The
+  // copy's folder goes at the end, and at an interrupt too.
+  StopOnSignals signals;
+  Scratch scratch;
   std::error_code ec;
-  fs::path scratch = fs::temp_directory_path(ec) / ("fablewright-explore-" + std::to_string(::getpid()));
-  fs::create_directories(scratch, ec);
-  fs::path copy = scratch / fs::path(quest).filename();
+  fs::path copy = scratch.path / fs::path(quest).filename();
   if (!fs::is_regular_file(quest, ec) || !fs::copy_file(quest, copy, fs::copy_options::overwrite_existing, ec)) {
     err << "fablewright: cannot read the quest " << quest << "\n";
-    fs::remove_all(scratch, ec);
     return 2;
   }
   ToolProgram tool(copy.string());
+  std::shared_ptr<const ProfileImage> image = ReadINIImage(tool.p(), tool.quest);
+  if (!image || BuildQuestGraph(image).first < 0) {
+    err << "fablewright: " << quest << " holds no pages: every game starts at page 1, which it does not have\n";
+    return 1;
+  }
   AnswerEveryBox boxes;
   Services services = tool.platform.services();
   services.dialogs = &boxes;
-  std::string folder = scratch.string();
+  std::string folder = scratch.path.string();
   tool.program = std::make_unique<Program>(services, AppInfo{folder, "fablewright", folder, folder}, AllForms());
   tool.platform.random.FixSeed(options.seed);
   bool terminal = ::isatty(2);
   if (terminal) options.progress = [&](std::size_t done, std::size_t total) { err << ProgressBar(done, total) << std::flush; };
+  options.stopped = [&] { return signals.caught() != 0; };
   ExploreReport report = ExploreQuest(tool.p(), tool.quest, options);
   if (terminal) err << "\r\033[K" << std::flush;
-  fs::remove_all(scratch, ec);
+  if (int signal = signals.caught()) {
+    scratch.Remove();
+    signals.Restore();
+    std::raise(signal);  // ends the program as the signal would have
+  }
   out << ExploreReportText(report);
   return 0;
 }

@@ -204,6 +204,28 @@ std::optional<std::vector<Finding>> CheckQuest(Program& p, std::string_view ques
   return CheckQuestGraph(p, BuildQuestGraph(image), QuestFolder(p, quest));
 }
 
+GameDatCheck CheckGameDat(Program& p, std::string_view folder) {
+  GameDatCheck c;
+  std::string dat = std::string(folder) + "\\game.dat";
+  for (const char* key : {"Background", "MenuButton"}) {
+    std::string name = ReadINI(p, dat, "Image", key);
+    if (!name.empty() && InsideFolder(p, folder, name).empty())
+      c.findings.push_back({"Image", Level::Warning,
+                            std::string(key) + " " + Quoted(name) +
+                                " is outside the game folder: the game ignores it and keeps its own picture"});
+  }
+  c.questName = ReadINI(p, dat, "loaddat", "QuestFile");
+  c.quest = InsideFolder(p, folder, c.questName);
+  if (c.questName.empty())
+    c.findings.push_back({"loaddat", Level::Warning,
+                          "QuestFile is blank: this is no packaged game, and the program starts as the full system"});
+  else if (c.quest.empty())
+    c.findings.push_back({"loaddat", Level::Warning,
+                          "QuestFile " + Quoted(c.questName) +
+                              " is outside the game folder: the game ignores it and starts as the full system"});
+  return c;
+}
+
 bool HasError(const std::vector<Finding>& findings) {
   return std::any_of(findings.begin(), findings.end(), [](const Finding& f) { return f.level == Level::Error; });
 }
@@ -216,15 +238,23 @@ std::string FindingsText(std::string_view quest, const std::vector<Finding>& fin
   return out;
 }
 
-std::string FindingsJson(std::string_view quest, const std::vector<Finding>& findings) {
+std::string FindingsJson(const std::vector<FileFindings>& files) {
   std::string out = "[";
-  for (std::size_t i = 0; i < findings.size(); ++i) {
-    const Finding& f = findings[i];
-    out += i ? ",\n " : "\n ";
-    out += "{\"quest\": " + JsonString(quest) + ", \"page\": " + JsonString(Utf8FromCp1252(f.page)) +
-           ", \"level\": \"" + LevelName(f.level) + "\", \"message\": " + JsonString(Utf8FromCp1252(f.message)) + "}";
+  bool first = true;
+  for (const FileFindings& file : files) {
+    for (const Finding& f : file.findings) {
+      out += first ? "\n " : ",\n ";
+      first = false;
+      out += "{\"quest\": " + JsonString(file.file) + ", \"page\": " + JsonString(Utf8FromCp1252(f.page)) +
+             ", \"level\": \"" + LevelName(f.level) + "\", \"message\": " + JsonString(Utf8FromCp1252(f.message)) +
+             "}";
+    }
   }
-  return out + (findings.empty() ? "]\n" : "\n]\n");
+  return out + (first ? "]\n" : "\n]\n");
+}
+
+std::string FindingsJson(std::string_view quest, const std::vector<Finding>& findings) {
+  return FindingsJson({FileFindings{std::string(quest), findings}});
 }
 
 }  // namespace fw

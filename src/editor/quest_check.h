@@ -29,11 +29,30 @@ std::optional<std::vector<Finding>> CheckQuest(Program& p, std::string_view ques
 // folder as a program path.
 std::vector<Finding> CheckQuestGraph(Program& p, const QuestGraph& graph, std::string_view folder);
 
+// A game folder's game.dat as the packaged game reads it, with findings on
+// the sections Image and loaddat: a file it names outside the folder, which
+// the game ignores (a QuestFile so makes the program start as the full
+// system), a blank or missing QuestFile. `folder` is a program path.
+struct GameDatCheck {
+  std::vector<Finding> findings;
+  std::string questName;  // QuestFile as game.dat writes it
+  std::string quest;      // its program path, "" when the game opens no quest there
+};
+GameDatCheck CheckGameDat(Program& p, std::string_view folder);
+
 bool HasError(const std::vector<Finding>& findings);
+
+// The findings of one file, as the author named it (UTF-8).
+struct FileFindings {
+  std::string file;
+  std::vector<Finding> findings;
+};
 
 // One finding a line, "QUEST:PAGE: level: message", in UTF-8.
 std::string FindingsText(std::string_view quest, const std::vector<Finding>& findings);
-// The findings as a JSON array of {quest, page, level, message}, in UTF-8.
+// The findings as a JSON array of {quest, page, level, message}, in UTF-8;
+// of several files, one array of them all.
 std::string FindingsJson(std::string_view quest, const std::vector<Finding>& findings);
+std::string FindingsJson(const std::vector<FileFindings>& files);
 
 }  // namespace fw

@@ -197,13 +197,16 @@ Snapshot Start(Program& p, std::string_view quest) {
   return Capture(p);
 }
 
+bool Stopped(const ExploreOptions& o) { return o.stopped && o.stopped(); }
+
 // Each battle met, fought for each way of arriving that the walk found.
-void Balance(Program& p, const Tally& tally, int fights, ExploreReport& report) {
-  if (fights <= 0) return;
+void Balance(Program& p, const Tally& tally, const ExploreOptions& o, ExploreReport& report) {
+  if (o.fights <= 0) return;
   for (const auto& [page, ways] : tally.arrivals)
     for (const auto& [numbers, snap] : ways) {
+      if (Stopped(o)) return;
       Restore(p, snap);
-      report.balance.push_back(FightOften(p, page, snap.hp, snap.hpMax, fights));
+      report.balance.push_back(FightOften(p, page, snap.hp, snap.hpMax, o.fights));
     }
 }
 
@@ -211,7 +214,7 @@ ExploreReport Search(Program& p, Tally& tally, const Snapshot& start, const Expl
   std::vector<Node> nodes{{start, -1, ""}};
   std::unordered_map<std::string, int> seen{{StateKey(start), 0}};
   bool bounded = false;
-  for (std::size_t at = 0; at < nodes.size(); ++at) {
+  for (std::size_t at = 0; at < nodes.size() && !Stopped(o); ++at) {
     Snapshot here = nodes[at].snap;
     std::vector<Move> moves = MovesOf(p, here);
     tally.See(nodes, static_cast<int>(at), moves.empty());
@@ -235,7 +238,7 @@ ExploreReport Search(Program& p, Tally& tally, const Snapshot& start, const Expl
 ExploreReport RandomGames(Program& p, Tally& tally, const Snapshot& start, const ExploreOptions& o) {
   std::mt19937 dice(o.seed);
   std::unordered_map<std::string, int> seen;
-  for (int game = 0; game < o.randomGames; ++game) {
+  for (int game = 0; game < o.randomGames && !Stopped(o); ++game) {
     std::vector<Node> nodes{{start, -1, ""}};
     seen.try_emplace(StateKey(start), 0);
     for (std::size_t step = 0;; ++step) {
@@ -267,7 +270,7 @@ ExploreReport ExploreQuest(Program& p, std::string_view quest, const ExploreOpti
   Snapshot start = Start(p, quest);
   ExploreReport report =
       options.randomGames > 0 ? RandomGames(p, tally, start, options) : Search(p, tally, start, options);
-  Balance(p, tally, options.fights, report);
+  Balance(p, tally, options, report);
   StopServingFromImage(p);
   return report;
 }

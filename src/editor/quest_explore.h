@@ -30,6 +30,9 @@ struct ExploreOptions {
   // Told now and then how far the run is: states met of the bound, or
   // games played of those asked for.
   std::function<void(std::size_t done, std::size_t total)> progress;
+  // Asked between states, games and fights: true ends the run there, with a
+  // report of what it has met (a run stopped by a signal).
+  std::function<bool()> stopped;
 };
 
 struct ExploreReport {

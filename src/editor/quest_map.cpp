@@ -7,14 +7,16 @@
 namespace fw {
 namespace {
 
-// A text inside a DOT string: quotes and backslashes escaped, long texts cut.
+// A text inside a quoted DOT string: quotes and backslashes escaped, long
+// texts cut. A control character (a code 0 would end the text Graphviz reads,
+// and XML, so SVG, has no place for the others) shows as a blank.
 std::string Escaped(std::string_view cp1252, std::size_t limit = 40) {
   std::string text(cp1252.substr(0, limit));
   if (cp1252.size() > limit) text += "\x85";  // an ellipsis in Windows-1252
   std::string out;
   for (char c : Utf8FromCp1252(text)) {
     if (c == '"' || c == '\\') out += '\\';
-    if (c == '\r' || c == '\n') c = ' ';
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
     out += c;
   }
   return out;

@@ -134,37 +134,19 @@ void Program::Post(double due, std::function<void(Program&)> callback) {
   posted_.push_back({due, postSeq_++, std::move(callback)});
 }
 
-void Program::PostFromAnyThread(std::function<void(Program&)> callback) {
-  {
-    std::lock_guard<std::mutex> lock(inboxMutex_);
-    inbox_.push_back(std::move(callback));
-  }
-  if (wake_) wake_();
-}
-
 double Program::NextDue() const {
   double next = surface_.NextTimerDue();
   for (const Posted& p : posted_) next = std::min(next, p.due);
   return next;
 }
 
-double Program::NextWake() {
-  {
-    std::lock_guard<std::mutex> lock(inboxMutex_);
-    if (!inbox_.empty()) return -std::numeric_limits<double>::infinity();
-  }
+double Program::NextWake() const {
   double next = surface_.NextUnsettledTimerDue();
   for (const Posted& p : posted_) next = std::min(next, p.due);
   return next;
 }
 
 void Program::RunDue() {
-  std::vector<std::function<void(Program&)>> inbox;
-  {
-    std::lock_guard<std::mutex> lock(inboxMutex_);
-    inbox.swap(inbox_);
-  }
-  for (auto& callback : inbox) Post(-std::numeric_limits<double>::infinity(), std::move(callback));
   for (;;) {
     if (ended_) return;
     double now = Timer();

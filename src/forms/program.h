@@ -1,7 +1,6 @@
 #pragma once
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -109,17 +108,13 @@ class Program {
   void PressAnimation(ControlId control);
   // Runs the callback on this program's thread once the clock reaches due.
   void Post(double due, std::function<void(Program&)> callback);
-  // The same from another thread (an audio engine's), to run at once.
-  void PostFromAnyThread(std::function<void(Program&)> callback);
   double NextDue() const;
   // When an event loop that sleeps must next run RunDue: the next posted
-  // event, or the next tick of a timer that may still change something
-  // (minus infinity while another thread's post waits). Infinity when the
-  // program is idle until the user or a wake does something.
-  double NextWake();
-  // Called when a sleeping event loop must look again: another thread
-  // posted (called on that thread), or End ran. It must be safe to call
-  // from any thread.
+  // event, or the next tick of a timer that may still change something.
+  // Infinity when the program is idle until the user or a wake does something.
+  double NextWake() const;
+  // Called when a sleeping event loop must look again because End ran. The
+  // program has one thread: every post comes from a handler on it.
   void SetWake(std::function<void()> wake) { wake_ = std::move(wake); }
   // Runs every timer tick and posted event that is due now, earliest first.
   void RunDue();
@@ -166,8 +161,6 @@ class Program {
   FormSurface surface_;
   std::string currentDir_;
   std::vector<Posted> posted_;
-  std::mutex inboxMutex_;
-  std::vector<std::function<void(Program&)>> inbox_;
   std::function<void()> wake_;
   long postSeq_ = 0;
   bool started_ = false;

@@ -88,7 +88,7 @@ class Random {
 
 // One MIDI voice. Paths are host paths. When a tune started by Play reaches
 // its end, the backend calls MidiNotify(program, tune) on the program's
-// thread (through Program::Post or Program::PostFromAnyThread).
+// thread (through Program::Post).
 class Sequencer {
  public:
   virtual ~Sequencer() = default;

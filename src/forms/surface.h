@@ -186,8 +186,6 @@ class FormSurface {
   // nothing has changed since, its next tick would change nothing either:
   // an event loop may sleep through it. Infinity when every timer is settled.
   double NextUnsettledTimerDue() const;
-  // Counts every change of a value, a form loaded or unloaded.
-  long Changes() const { return changes_; }
 
   void SetObserver(SurfaceObserver* observer) { observer_ = observer; }
   Program& program() { return program_; }
@@ -203,7 +201,7 @@ class FormSurface {
   std::vector<FormState> forms_;
   std::unordered_map<std::string, int> formByName_;
   SurfaceObserver* observer_ = nullptr;
-  long changes_ = 0;
+  long changes_ = 0;  // every change of a value, a form loaded or unloaded: timers settle against it
   static SurfaceObserver nullObserver_;
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "media/mp3_length.h"
+
 namespace fw {
 namespace {
 
@@ -11,8 +13,6 @@ namespace {
 // two or three deep, and a crafted file must cost neither stack nor time.
 constexpr int kMaxChunks = 4096;
 constexpr std::size_t kMaxListDepth = 16;
-// How far past the ID3 tag an MP3's first frame is looked for.
-constexpr std::size_t kFrameSearch = 64 << 10;
 
 std::uint32_t Le(std::string_view b, std::size_t at, int bytes) {
   std::uint32_t v = 0;
@@ -79,30 +79,6 @@ std::optional<double> AviLength(MediaBytes& file) {
   std::uint32_t frames = Le(header, 16, 4);
   if (microsPerFrame == 0 || frames == 0) return std::nullopt;
   return static_cast<double>(microsPerFrame) * frames / 1e6;
-}
-
-// Where the audio starts: past an ID3v2 tag, whose size is stored seven
-// bits to the byte.
-std::uint64_t PastId3(MediaBytes& file) {
-  std::string_view tag = file.Read(0, 10);
-  if (tag.size() < 10 || tag.substr(0, 3) != "ID3") return 0;
-  return 10 + ((Le(tag, 6, 1) & 0x7F) << 21 | (Le(tag, 7, 1) & 0x7F) << 14 | (Le(tag, 8, 1) & 0x7F) << 7 |
-               (Le(tag, 9, 1) & 0x7F));
-}
-
-// MPEG-1 layer III: the bit rate of the first frame and the size of the file.
-std::optional<double> Mp3Length(MediaBytes& file) {
-  static constexpr int kKbps[16] = {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 0};
-  std::uint64_t start = PastId3(file);
-  std::string_view b = file.Read(start, kFrameSearch);
-  for (std::size_t at = 0; at + 4 <= b.size(); ++at) {
-    auto b0 = static_cast<unsigned char>(b[at]), b1 = static_cast<unsigned char>(b[at + 1]);
-    if (b0 != 0xFF || (b1 & 0xFE) != 0xFA) continue;  // MPEG-1, layer III
-    int kbps = kKbps[static_cast<unsigned char>(b[at + 2]) >> 4];
-    if (kbps == 0) continue;
-    return static_cast<double>(file.Size() - start - at) * 8 / (kbps * 1000.0);
-  }
-  return std::nullopt;
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #include "platform/fluid_sequencer.h"
 
-#include <fcntl.h>
+#include <alsa/error.h>
 #include <fluidsynth.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -20,23 +19,17 @@ namespace {
 
 constexpr double kSampleRate = 44100;
 
-// FluidSynth reports a missing sound card on stderr; the program goes on in
-// silence, so those reports are noise to the player.
+// FluidSynth reports a missing sound card through its log, and the ALSA
+// library beneath it prints its own reports to stderr; the program goes on in
+// silence, so both are noise to the player. Each library is quietened through
+// its own handler: the process's stderr, which other threads may be writing
+// to, is never touched.
 void Quiet(int, const char*, void*) {}
+void QuietAlsa(const char*, int, const char*, int, const char*, ...) {}
 
-// The sound library reports a missing sound card on stderr, past FluidSynth's
-// own log; a player hears silence and needs no such report in the terminal.
-fluid_audio_driver_t* OpenAudioQuietly(fluid_settings_t* settings, fluid_synth_t* synth) {
-  int saved = ::dup(2);
-  int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-  if (saved >= 0 && null >= 0) ::dup2(null, 2);
-  fluid_audio_driver_t* driver = new_fluid_audio_driver(settings, synth);
-  if (saved >= 0) {
-    ::dup2(saved, 2);
-    ::close(saved);
-  }
-  if (null >= 0) ::close(null);
-  return driver;
+void QuietenSoundLibraries() {
+  for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level) fluid_set_log_function(level, Quiet, nullptr);
+  snd_lib_error_set_handler(QuietAlsa);
 }
 
 }  // namespace
@@ -54,7 +47,7 @@ FluidSequencer::~FluidSequencer() {
 bool FluidSequencer::EnsureSynth() {
   if (synth_) return true;
   if (synthFailed_ || soundfont_.empty()) return false;
-  for (int level = FLUID_PANIC; level < LAST_LOG_LEVEL; ++level) fluid_set_log_function(level, Quiet, nullptr);
+  QuietenSoundLibraries();
   settings_ = new_fluid_settings();
   fluid_settings_setnum(settings_, "synth.sample-rate", kSampleRate);
   if (!audioFile_.empty()) {
@@ -76,7 +69,7 @@ bool FluidSequencer::EnsureSynth() {
 // a core for as long as the driver runs.
 void FluidSequencer::StartAudio() {
   if (!withAudio_ || driver_ || audioFailed_) return;
-  driver_ = OpenAudioQuietly(settings_, synth_);
+  driver_ = new_fluid_audio_driver(settings_, synth_);
   audioFailed_ = !driver_;  // no sound card: silence, and no second try
 }
 

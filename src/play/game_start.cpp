@@ -1,5 +1,6 @@
 #include "play/game_start.h"
 
+#include <optional>
 #include <string>
 
 #include "forms/program.h"
@@ -15,18 +16,32 @@ constexpr const char* kForm = "FrmGame";
 
 std::string GameDat(Program& p) { return p.AppPath() + "\\game.dat"; }
 
-// The packaged game's quest file, "" when this is no packaged game.
-std::string PackagedQuest(Program& p) { return ReadINI(p, GameDat(p), "loaddat", "QuestFile"); }
+// The packaged game's quest file, inside the game folder; "" when this is no
+// packaged game.
+std::string PackagedQuest(Program& p) {
+  return InsideFolder(p, p.AppPath(), ReadINI(p, GameDat(p), "loaddat", "QuestFile"));
+}
 
-// The packaged game's own look. Names are used as they stand, so a bare name
-// means the current folder; a picture that cannot be loaded leaves the old one.
+// A picture of the packaged game's own look, from inside its folder; it keeps
+// the name game.dat gives. Fails as LoadPicture does; a blank name or one
+// outside the folder gives nothing.
+std::optional<Picture> GamePicture(Program& p, const char* key) {
+  std::string name = ReadINI(p, GameDat(p), "Image", key);
+  std::string path = InsideFolder(p, p.AppPath(), name);
+  if (path.empty()) return std::nullopt;
+  Picture picture = LoadQuestPicture(p, path, p.AppPath());
+  picture.path = name;
+  return picture;
+}
+
+// A picture that cannot be loaded leaves the old one.
 void LoadGameArt(Program& p) {
-  std::string menuButton = ReadINI(p, GameDat(p), "Image", "MenuButton");
-  if (!menuButton.empty())
-    Skip([&] { Image(p.surface(), kForm, "Image4").SetPicture(LoadQuestPicture(p, menuButton, p.AppPath())); });
-  std::string background = ReadINI(p, GameDat(p), "Image", "Background");
-  if (!background.empty())
-    Skip([&] { FormHandle(p.surface(), kForm).SetPicture(LoadQuestPicture(p, background, p.AppPath())); });
+  Skip([&] {
+    if (auto picture = GamePicture(p, "MenuButton")) Image(p.surface(), kForm, "Image4").SetPicture(*picture);
+  });
+  Skip([&] {
+    if (auto picture = GamePicture(p, "Background")) FormHandle(p.surface(), kForm).SetPicture(*picture);
+  });
 }
 
 // A packaged game shows neither the menu bar nor the authoring parts.
@@ -49,7 +64,7 @@ void Form_Load(Program& p) {
   Image(p.surface(), kForm, "Image11").SetVisible(true);
   LoadGameArt(p);
   HideAuthoring(p);
-  GameState(p).questfil.SetCaption(p.AppPath() + "\\" + quest);
+  GameState(p).questfil.SetCaption(quest);
   StartQuest(p, QuestEntry::PackagedStart);
 }
 
@@ -59,7 +74,7 @@ void Image11_Click(Program& p) {
   GameState g(p);
   g.List1.Clear();
   HideAuthoring(p);
-  g.questfil.SetCaption(p.AppPath() + "\\" + quest);
+  g.questfil.SetCaption(quest);
   StartQuest(p, QuestEntry::StartImage);
 }
 

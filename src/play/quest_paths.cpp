@@ -73,6 +73,34 @@ bool HasDriveLetter(std::string_view name) {
          ((name[0] >= 'A' && name[0] <= 'Z') || (name[0] >= 'a' && name[0] <= 'z'));
 }
 
+// True when a relative name names something below where it starts, its
+// parts never climbing above it.
+bool StaysBelow(std::string_view name) {
+  int depth = 0;
+  for (std::size_t at = 0; at <= name.size();) {
+    std::size_t end = std::min(name.find_first_of("\\/", at), name.size());
+    std::string_view part = name.substr(at, end - at);
+    if (part == "..") {
+      if (--depth < 0) return false;
+    } else if (!part.empty() && part != ".") {
+      ++depth;
+    }
+    at = end + 1;
+  }
+  return depth > 0;
+}
+
+// True when the host file, links followed, lies inside the host folder.
+bool RealPathInside(const std::string& hostFolder, const std::string& hostFile) {
+  std::error_code ec;
+  fs::path folder = fs::weakly_canonical(hostFolder, ec);
+  if (ec) return false;
+  fs::path file = fs::weakly_canonical(hostFile, ec);
+  if (ec) return false;
+  auto [inFolder, inFile] = std::mismatch(folder.begin(), folder.end(), file.begin(), file.end());
+  return inFolder == folder.end();
+}
+
 }  // namespace
 
 std::vector<std::string> ReadFolder(const std::filesystem::path& dir) {
@@ -120,6 +148,13 @@ std::string QuestFolder(const Program& p, std::string_view questfil) {
   std::size_t cut = questfil.find_last_of("\\/");
   if (cut == std::string_view::npos) return std::string(questfil.substr(0, 2));  // "C:name"
   return std::string(questfil.substr(0, cut));
+}
+
+std::string InsideFolder(const Program& p, std::string_view folder, std::string_view name) {
+  bool rooted = !name.empty() && (name[0] == '\\' || name[0] == '/');
+  if (name.empty() || rooted || HasDriveLetter(name) || !StaysBelow(name)) return {};
+  std::string path = std::string(folder) + "\\" + std::string(name);
+  return RealPathInside(p.HostFile(folder), p.HostFile(path)) ? path : std::string();
 }
 
 Picture LoadQuestPicture(Program& p, std::string_view name, std::string_view folder) {

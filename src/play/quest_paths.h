@@ -48,6 +48,13 @@ std::string MatchIgnoringCase(const std::string& host, FolderListings& listings)
 // is a profile in the per-user folder, where the profile layer keeps it.
 std::string QuestFolder(const Program& p, std::string_view questfil);
 
+// The program path of `name` inside `folder` (a program path), as a game.dat
+// names its files: "" when the name is blank or leads out of the folder (a
+// path from a root or a drive, a ".." that climbs above it, or a link to a
+// file elsewhere), so that a game folder from elsewhere reaches no file
+// outside it.
+std::string InsideFolder(const Program& p, std::string_view folder, std::string_view name);
+
 // LoadPicture on the file FindQuestFile gives. The picture keeps the name as
 // the quest wrote it. Fails as LoadPicture does.
 Picture LoadQuestPicture(Program& p, std::string_view name, std::string_view folder);

@@ -78,7 +78,7 @@ std::optional<std::string> PickSave(Program& p, bool save) {
 }
 
 // The checks and the file of a load, or nullopt after the refusal.
-std::optional<SavedGame> OpenSave(Program& p, const GameState& g) {
+std::optional<SavedGame> OpenSave(Program& p, const GameState& g, SaveRead what) {
   SaveDialog(p).SetInitDir(p.AppPath());
   if (g.questfil.Caption() == kNoQuest) {
     p.MsgBox("You must load a quest file before attempting to load a saved game!", 0);
@@ -86,7 +86,7 @@ std::optional<SavedGame> OpenSave(Program& p, const GameState& g) {
   }
   auto file = PickSave(p, false);
   if (!file) return std::nullopt;
-  auto saved = ReadSavedGame(p, *file);
+  auto saved = ReadSavedGame(p, *file, what);
   if (!saved) {
     p.MsgBox("The file does not appear to be a saved game for this particular game or there is an error in the file.",
              16, "Error Loading Game:");
@@ -164,7 +164,7 @@ void frmgame::Image6_Click(Program& p) { mnusave_Click(p); }
 
 void frmgame::mnuload_Click(Program& p) {
   GameState g(p);
-  auto saved = OpenSave(p, g);
+  auto saved = OpenSave(p, g, SaveRead::Whole);
   if (!saved) return;
   RestoreCharacter(p, g, *saved);
   RestorePage(g, *saved);
@@ -174,7 +174,7 @@ void frmgame::mnuload_Click(Program& p) {
 
 void frmgame::Image2_Click(Program& p) {
   GameState g(p);
-  auto saved = OpenSave(p, g);
+  auto saved = OpenSave(p, g, SaveRead::Page);
   if (!saved) return;
   RestorePage(g, *saved);
   FinishLoad(p, g);

@@ -15,10 +15,16 @@ struct SavedGame {
   std::vector<std::string> items;
 };
 
-// Reads and checks the whole file. nullopt when it fails the validity test
-// (no page text and no first option), a value cannot be decoded, or the hit
-// points are neither blank nor a number.
-std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file);
+// How much of a saved game a load reads: the page alone (the picture menu's
+// load), or the character and the key items too.
+enum class SaveRead { Page, Whole };
+
+// Reads the file once and checks what is read. nullopt when it fails the
+// validity test (no page text and no first option) or a value read cannot be
+// decoded, and for the whole game also when the hit points are neither blank
+// nor a number. The page alone reads no character, so a damaged character
+// does not keep it from loading.
+std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file, SaveRead what = SaveRead::Whole);
 
 namespace frmgame {
 

@@ -120,18 +120,24 @@ class RawBuffer {
 // Each read takes a block of this size behind what the search still needs
 // (the line it is in), so a key near the top of a long quest costs one
 // block, and one buffer that stays in the cache serves a whole long file.
+// A smaller file takes a block of its own size, and so a smaller buffer.
 constexpr std::size_t kBlock = 256 * 1024;
+constexpr std::size_t kSmallestBlock = 4096;
 
 }  // namespace
 
 int RealStoreDisk::Scan(const std::string& path, const Looker& look) {
   Fd in{OpenRegularFile(path)};
   if (in.fd < 0) return errno;
-  RawBuffer buffer(2 * kBlock);
+  struct stat st;
+  std::size_t block = kBlock;
+  // One byte more than the file holds, so that one read takes the whole file.
+  if (::fstat(in.fd, &st) == 0) block = std::clamp(static_cast<std::size_t>(st.st_size) + 1, kSmallestBlock, kBlock);
+  RawBuffer buffer(2 * block);
   std::size_t held = 0;
   for (;;) {
-    if (buffer.size() - held < kBlock) buffer.Grow(held);  // a line longer than a block
-    ssize_t n = ::read(in.fd, buffer.data() + held, kBlock);
+    if (buffer.size() - held < block) buffer.Grow(held);  // a line longer than a block
+    ssize_t n = ::read(in.fd, buffer.data() + held, block);
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return errno;
     std::size_t letGo = 0;
