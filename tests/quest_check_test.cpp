@@ -267,7 +267,8 @@ TEST(QuestMap, EveryByteOfWindows1252PassesIntoTheMap) {
     SCOPED_TRACE(format);
     std::ostringstream out, err;
     std::string map = t.dir.str() + "/map." + format;
-    ASSERT_EQ(RunMapCommand({quest, "-o", map}, out, err), 0) << err.str();
+    GraphvizLayout graphs;
+    ASSERT_EQ(RunMapCommand({quest, "-o", map}, graphs, out, err), 0) << err.str();
     std::string text = testing::FileBytes(map);
     EXPECT_EQ(std::count_if(text.begin(), text.end(), [](char c) { return c >= 0 && c < 0x20 && c != '\n' && c != '\t'; }),
               0);
