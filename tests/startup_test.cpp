@@ -70,6 +70,8 @@ TEST(Startup, JobsWithoutAWindowLoadNoWindowToolkit) {
   std::ofstream(dir.path / "tune.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMusic=t.mid\r\n";
   std::ofstream(dir.path / "t.mid", std::ios::binary)
       << std::string("MThd\0\0\0\x06\0\0\0\x01\0\x60MTrk\0\0\0\x04\0\xFF\x2F\0", 22);
+  std::ofstream(dir.path / "track.fbw", std::ios::binary) << "[1]\r\nPage Text=Here.\r\nMp3=t.mp3\r\n";
+  std::ofstream(dir.path / "t.mp3", std::ios::binary) << testing::TestMp3(1, 48000, std::vector<int>(10, 128));
   // Each job, whether it plays a tune with sound, and whether it measures an MP3.
   struct Job {
     const char* args;

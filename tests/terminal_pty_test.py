@@ -157,14 +157,14 @@ def main():
         game.expect("/app/first.sav\nSaved Successfully.")
         game.expect("> ")
 
-        # At a path prompt Tab completes a file name, after the command
-        # completions before it: "lant" and Tab open lantern.fbw again.
+        # A name with a folder in it completes from the current folder, after
+        # the command completions before it: "./lant" and Tab open lantern.fbw again.
         game.send("open\r")
         game.expect("Yes or no (y/n)? ")
         game.send("y\r")
         game.expect("empty to cancel: ")
-        game.send("lant\t\r")
-        game.expect("lantern.fbw \n")
+        game.send("./lant\t\r")
+        game.expect("./lantern.fbw \n")
         game.expect("  1. Walk on towards the crossroads\n> ")
 
         game.send("1\r")
