@@ -14,6 +14,9 @@ namespace fw {
 // The graph in the DOT language, before layout (UTF-8).
 std::string QuestDot(const QuestGraph& graph, std::string_view title);
 
+// The Graphviz layout engine that suits the graph's size.
+const char* MapEngine(const QuestGraph& graph);
+
 // The laid-out map in one of Graphviz's output formats ("svg", "dot", "png",
 // "pdf"); false with `error` set when Graphviz cannot make it.
 bool RenderQuestMap(const QuestGraph& graph, std::string_view title, const std::string& format,
