@@ -719,7 +719,8 @@ window.FwPage = (() => {
     nameRow.textContent = 'File name:';
     const name = element('input');
     name.type = 'text';
-    name.value = (fileName || '').replace(/^.*[\\/]/, '');
+    const given = (fileName || '').replace(/^.*[\\/]/, '');
+    name.value = /[*?]/.test(given) ? '' : given;  // a pattern is the filter's, not a name
     nameRow.append(name);
     body.append(list, nameRow);
     const buttons = element('div', 'fw-buttons');
@@ -730,7 +731,8 @@ window.FwPage = (() => {
         const selected = list.options[list.selectedIndex];
         if (selected && selected.text === typed) return selected.value;
         let file = typed.replace(/[\\/]/g, '_');
-        if (!/\.[^.]+$/.test(file) && defaultExt) file += '.' + defaultExt;
+        const extension = (defaultExt || '').replace(/^\*?\./, '');  // "*.sav" or ".sav" or "sav"
+        if (!/\.[^.]+$/.test(file) && extension) file += '.' + extension;
         if (save) return kUserDir + '/' + file;
         const mine = kUserDir + '/' + file;
         if (exists(mine)) return mine;
@@ -917,7 +919,7 @@ window.FwPage = (() => {
       }],
       onRuntimeInitialized: () => {
         Module.FS.chdir(kGameDir);
-        Module.callMain(quest ? [quest] : []);
+        Module.callMain(quest ? [kGameDir + '/' + quest] : []);
       },
       print: (text) => console.log(text),
       printErr: (text) => console.warn(text),

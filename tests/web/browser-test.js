@@ -94,6 +94,7 @@ class Game {
       if (await test()) return true;
       await new Promise((r) => setTimeout(r, 50));
     }
+    await this.shot('web-timeout');
     throw new Error(`timed out waiting for ${what}`);
   }
   async click(name) {
@@ -177,6 +178,7 @@ class Game {
   async save(name) {
     await this.menu('Save Current Game');
     await this.page.waitForSelector('.fw-chooser');
+    await this.page.$eval('.fw-chooser input[type=text]', (el) => { el.value = ''; });
     await this.page.type('.fw-chooser input[type=text]', name);
     await this.shot('web-save');
     await this.page.click('.fw-chooser .fw-buttons button');
@@ -218,7 +220,7 @@ function desktopLoads(sav) {
       'expect FrmGame.pg.Caption == "6"', 'expect FrmGame.score.Caption == "40"',
       'expect FrmGame.Text1.Text endswith "Well done!"', '',
     ].join('\n'));
-    const out = execFileSync(native, ['script', 'load.txt', '--app-dir', '.', '--home', path.join(work, 'home')],
+    const out = execFileSync(path.resolve(native), ['script', 'load.txt', '--app-dir', '.', '--home', path.join(work, 'home')],
       { cwd: work, encoding: 'utf8' });
     return out.includes('3 passed, 0 failed');
   } catch (e) {
