@@ -8,18 +8,26 @@
 #
 # A game writes its character into the quest file and its saved games beside
 # it, so it plays a copy in build/demo-play, kept from run to run so that the
-# saves stay; --fresh starts again from the checked-in quest. The scenario
+# saves stay; --fresh starts again from the checked-in quest. --web builds the
+# web version instead and serves the demo to a browser on 127.0.0.1. The scenario
 # (in a pipe) always runs on a fresh copy of its own.
 set -euo pipefail
 cd "$(dirname "$0")"
-fresh=no
+fresh=no web=no
 for arg in "$@"; do
   case "$arg" in
     --fresh) fresh=yes ;;
-    *) echo "Usage: ./run.sh [--fresh]" >&2; exit 2 ;;
+    --web) web=yes ;;
+    *) echo "Usage: ./run.sh [--fresh] [--web]" >&2; exit 2 ;;
   esac
 done
 scripts/install-deps.sh
+# --web: the web version, built and served on this machine alone; open the
+# address it prints in a browser. Saved games stay in that browser.
+if [ "$web" = yes ]; then
+  scripts/build-web.sh
+  exec node web/serve.js build-web/site "${FABLEWRIGHT_WEB_PORT:-8028}"
+fi
 scripts/build.sh
 mkdir -p build/demo-home
 if [ -t 0 ] && [ -t 1 ]; then

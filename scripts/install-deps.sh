@@ -9,6 +9,7 @@
 # gives the hardening flags. The package itself is checked with lintian,
 # hardening-check (devscripts, without its recommends) and man-db's man.
 set -euo pipefail
+cd "$(dirname "$0")/.."
 
 packages=(
   g++ cmake make pkg-config
@@ -31,6 +32,8 @@ packages=(
   xvfb xauth
   # The fuzz targets: clang with libFuzzer and the sanitizers' runtimes.
   clang libclang-rt-14-dev
+  # The web version: emscripten builds it, Chromium plays it in the browser test.
+  emscripten chromium
 )
 
 missing=()
@@ -46,4 +49,23 @@ if [ ${#missing[@]} -gt 0 ]; then
   export DEBIAN_FRONTEND=noninteractive
   $SUDO apt-get update -qq
   $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+
+# node and npm run the web build's script runner and drive the browser test;
+# a machine may have its own node already (not Debian's), which serves.
+node_missing=()
+command -v node >/dev/null || node_missing+=(nodejs)
+command -v npm >/dev/null || node_missing+=(npm)
+if [ ${#node_missing[@]} -gt 0 ]; then
+  echo "Installing: ${node_missing[*]}"
+  if [ "$(id -u)" -ne 0 ]; then SUDO=sudo; else SUDO=; fi
+  export DEBIAN_FRONTEND=noninteractive
+  $SUDO apt-get update -qq
+  $SUDO apt-get install -y -qq --no-install-recommends "${node_missing[@]}"
+fi
+
+# The browser test's client for the DevTools protocol, from npm's registry
+# at the versions tests/web/package-lock.json fixes; it downloads no browser.
+if [ ! -f tests/web/node_modules/puppeteer-core/package.json ]; then
+  (cd tests/web && npm ci --no-audit --no-fund --loglevel=error)
 fi

@@ -10,6 +10,7 @@
 
 #include "app/assembly.h"
 #include "app/author_tools.h"
+#include "app/command_args.h"
 #include "app/modules.h"
 #include "bindings/headless/script_runner.h"
 #include "bindings/terminal/terminal_player.h"
@@ -70,65 +71,12 @@ fw::Launch DefaultLaunch() {
   return launch;
 }
 
-// Reads --app-dir and --home into the launch; gives false on a stray word.
-bool Folders(const std::vector<std::string>& args, std::size_t& i, fw::Launch& launch) {
-  const std::string& a = args[i];
-  if ((a != "--app-dir" && a != "--home") || i + 1 >= args.size()) return false;
-  std::string dir = std::filesystem::absolute(args[++i]).lexically_normal().string();
-  if (dir.size() > 1 && dir.back() == '/') dir.pop_back();
-  (a == "--app-dir" ? launch.appDir : launch.home) = dir;
-  return true;
-}
-
-// The per-user folder: the one given, made when missing, or the default;
-// false, said why, when what is given is no folder.
-bool UserDir(fw::Launch& launch) {
-  if (launch.home.empty()) {
-    launch.home = fw::DefaultUserDir();
-    return true;
-  }
-  std::error_code ec;
-  std::filesystem::create_directories(launch.home, ec);
-  if (std::filesystem::is_directory(launch.home, ec)) return true;
-  std::cerr << "fablewright: --home " << launch.home << " is not a folder\n";
-  return false;
-}
-
-// The line for an argument that is not taken: an option without its value
-// is named as such.
-void Refuse(const std::vector<std::string>& args, std::size_t i, const std::string& job) {
-  const std::string& a = args[i];
-  if ((a == "--home" || a == "--app-dir") && i + 1 >= args.size())
-    std::cerr << "fablewright: " << a << " needs a folder\n";
-  else if (a == "--seed")
-    std::cerr << "fablewright: --seed needs a whole number of one to nine digits\n";
-  else
-    std::cerr << "fablewright: unknown argument" << (job.empty() ? "" : " for " + job) << ": " << a << "\n";
-}
-
 int Script(const std::vector<std::string>& args) {
-  std::string file;
-  fw::ScriptOptions options;
-  fw::Launch launch = DefaultLaunch();
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& a = args[i];
-    if (Folders(args, i, launch)) continue;
-    if (a == "--transcript") {
-      options.transcript = true;
-    } else if (file.empty() && !a.starts_with("--")) {
-      file = a;
-    } else {
-      Refuse(args, i, "script");
-      return 2;
-    }
-  }
-  if (file.empty()) {
-    std::cerr << "fablewright: script needs a FILE\n";
-    return 2;
-  }
-  if (!UserDir(launch)) return 2;
-  fw::Assembly assembly(launch);
-  return fw::RunScript(file, options, assembly.Maker(), std::cout, std::cerr);
+  return fw::ScriptCommand(args, DefaultLaunch(), [](const fw::Launch& launch, const std::string& file,
+                                                     const fw::ScriptOptions& options) {
+    fw::Assembly assembly(launch);
+    return fw::RunScript(file, options, assembly.Maker(), std::cout, std::cerr);
+  });
 }
 
 // A seed: one to nine digits.
@@ -176,19 +124,19 @@ int Play(const std::vector<std::string>& args) {
   std::string quest;
   fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (Folders(args, i, launch)) continue;
+    if (fw::ReadFolders(args, i, launch)) continue;
     if (args[i] == "--silent") {
       launch.sound = false;
     } else if (Seed(args, i, launch)) {
     } else if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      Refuse(args, i, "play");
+      fw::RefuseArgument(args, i, "play");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  if (!UserDir(launch)) return 2;
+  if (!fw::MakeUserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
 }
@@ -199,11 +147,11 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
   std::string quest;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (Folders(args, i, launch)) continue;
+    if (fw::ReadFolders(args, i, launch)) continue;
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      Refuse(args, i, "edit");
+      fw::RefuseArgument(args, i, "edit");
       return 2;
     }
   }
@@ -217,7 +165,7 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
     return 1;
   }
   if (!quest.empty()) quest = fw::Cp1252FromUtf8(std::filesystem::absolute(quest).lexically_normal().string());
-  if (!UserDir(launch)) return 2;
+  if (!fw::MakeUserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv,
                                            [&quest](fw::Program& p) {
@@ -235,16 +183,16 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
   std::string quest;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (Folders(args, i, launch) || Seed(args, i, launch)) continue;
+    if (fw::ReadFolders(args, i, launch) || Seed(args, i, launch)) continue;
     if (quest.empty() && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
-      Refuse(args, i, "");
+      fw::RefuseArgument(args, i, "");
       return 2;
     }
   }
   if (!quest.empty() && !QuestFile(quest)) return 1;
-  if (!UserDir(launch)) return 2;
+  if (!fw::MakeUserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   if (fw::DisplayAvailable()) {
     std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest), std::cerr);

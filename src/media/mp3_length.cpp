@@ -1,5 +1,13 @@
 #include "media/mp3_length.h"
 
+// The web build has no libmpg123 (a browser has no library to open) and
+// measures no MP3.
+#if !__has_include(<mpg123.h>)
+namespace fw {
+std::optional<double> Mp3Length(MediaBytes&) { return std::nullopt; }
+}  // namespace fw
+#else
+
 #include <dlfcn.h>
 #include <mpg123.h>
 
@@ -107,3 +115,5 @@ std::optional<double> Mp3Length(MediaBytes& file) {
 }
 
 }  // namespace fw
+
+#endif

@@ -4,9 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
-#include <ctime>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -39,15 +38,6 @@ bool Spawn(const std::vector<std::string>& words, const std::string& folder = ""
 }
 
 }  // namespace
-
-double WallClock::Now() {
-  auto now = std::chrono::system_clock::now();
-  std::time_t t = std::chrono::system_clock::to_time_t(now);
-  std::tm local{};
-  localtime_r(&t, &local);
-  auto micros = std::chrono::duration_cast<std::chrono::microseconds>(now.time_since_epoch()).count() % 1000000;
-  return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec + micros / 1e6;
-}
 
 void IdlePump::Pump(Program&) { ::usleep(1000); }
 

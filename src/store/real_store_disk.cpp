@@ -190,8 +190,10 @@ int WriteAll(int fd, std::size_t offset, std::string_view bytes) {
   return ErrorOr(::fsync(fd) == 0);
 }
 
-// A file system without unnamed files, or a machine without /proc.
-bool NoUnnamedFiles(int error) { return error == EOPNOTSUPP || error == EISDIR || error == ENOENT; }
+// A file system without unnamed files, a kernel that does not know them (it
+// reads the flag as a folder's, or refuses it as the browser's and node's
+// file systems of the web build do), or a machine without /proc.
+bool NoUnnamedFiles(int error) { return error == EOPNOTSUPP || error == EISDIR || error == EINVAL || error == ENOENT; }
 
 }  // namespace
 
