@@ -49,7 +49,14 @@ constexpr const char* kUsage =
     "      Plays every state of a quest headless (or N random games): pages reached and\n"
     "      never reached, each ending's score range and shortest way, dead ends, and each\n"
     "      battle's odds, fought N times (1000) for the hit points the character arrives with.\n"
-    "  fablewright --help | --version\n";
+    "  fablewright --help | --version\n"
+    "Folders:\n"
+    "  --app-dir DIR  the program's own folder as the game sees it (App.Path): where a\n"
+    "                 packaged game's game.dat and files are, and where the dialogs open\n"
+    "                 when you may write there. Default: the folder of this program.\n"
+    "  --home DIR     the per-user folder (the editor's working file and its backups, the\n"
+    "                 saves/ folder). Default: $XDG_DATA_HOME/fablewright, else\n"
+    "                 ~/.local/share/fablewright.\n";
 
 // The running executable, as the kernel knows it.
 std::filesystem::path SelfPath() {
