@@ -13,6 +13,8 @@ cd "$(dirname "$0")/.."
 
 packages=(
   g++ cmake make pkg-config
+  # Compiles are cached: a rebuild of the same sources costs a lookup a file.
+  ccache
   libgtest-dev libgmock-dev libbenchmark-dev libinih-dev
   libfluidsynth-dev libasound2-dev timgm6mb-soundfont
   # MP3 lengths for the players without a window (opened at the first MP3).

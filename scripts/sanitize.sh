@@ -7,6 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$(pwd)
 
+source scripts/compile-cache.sh
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DFABLEWRIGHT_SANITIZE=ON >/dev/null
 cmake --build build-asan -j"$(nproc)"
 
