@@ -63,30 +63,44 @@ class QtWindows : public QObject, public SurfaceObserver {
     std::vector<QAction*> actions;   // menu items by control index
     double zoom = 1.0, fitZoom = 1.0;
   };
+  // Building (qt_build.cpp): a window from its form's table, a widget from
+  // its control's.
   void Build(int form);
   // Builds a loaded form's window that has not been made yet.
   void EnsureBuilt(int form) const;
+  QMainWindow* MakeWindow(int form);
   QWidget* Make(ControlId id, QWidget* parent);
+  QWidget* MakeArea(ControlId id, QWidget* parent);
+  // What every control's widget gets, whatever its kind.
+  void Finish(ControlId id, QWidget* w);
   void Connect(ControlId id, QWidget* widget);
   void BuildMenus(int form);
+
+  // Mirroring (qt_mirror.cpp): the surface's values on screen.
   // Where a multi-line box's caret goes when its values are shown: to
   // SelStart when the logic set text or SelStart, nowhere new after typing.
   enum class Caret { Logic, SelStart, Typing };
   void Apply(ControlId id, Caret caret = Caret::Logic);
-  // A key of the form's key table: the first of its controls that can take
-  // it does. True when the form has the key, taken or refused.
-  bool PressKey(int form, const QKeyEvent* e);
-  bool PressZoomKey(int form, const QKeyEvent* e);
-  // Gives a control the table's font at its window's zoom.
-  void ApplyFont(ControlId id);
+  void ApplyMenuItem(ControlId id, QAction* action);
   // Shows what the surface kept of the user's typing.
   void ShowTyped(ControlId id);
   void ApplyForm(int form);
   // The form's client height in twips.
   float ClientHeight(int form) const;
+
+  // Zoom (qt_zoom.cpp).
+  // The zoom a new window opens at, and the others' that have to follow it.
+  void StartZoom(int form);
+  bool PressZoomKey(int form, const QKeyEvent* e);
+  // Gives a control the table's font at its window's zoom.
+  void ApplyFont(ControlId id);
   // The window's own parts at its zoom: the menu bar, its menus, and the
   // zoom noted on the window for the dialogs that open over it.
   void ZoomChrome(int form);
+
+  // A key of the form's key table: the first of its controls that can take
+  // it does. True when the form has the key, taken or refused.
+  bool PressKey(int form, const QKeyEvent* e);
   // A user's action on a control, unless the window is being set from the surface.
   void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
 

@@ -1,0 +1,85 @@
+#pragma once
+// The widgets of the window beyond the toolkit's own: the picture areas that
+// labels, picture boxes and images become, the directory list, the form's
+// window, and the watch that tells of the mouse over the toolkit's widgets.
+#include <QColor>
+#include <QLabel>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QPixmap>
+
+#include <functional>
+
+class QKeyEvent;
+
+namespace fw {
+
+// A directory list: the folder itself, the folder above, then the folders
+// inside, each entry holding its full path; activating one moves the list
+// there as the user.
+class DirList : public QListWidget {
+ public:
+  using QListWidget::QListWidget;
+  void ShowFolder(const QString& path);
+
+ private:
+  void AddEntry(const QString& text, const QString& path);
+};
+
+// A label, picture box or image: shows text or a picture, and answers clicks
+// and mouse moves.
+class Area : public QLabel {
+ public:
+  using QLabel::QLabel;
+  std::function<void()> onClick, onMove;
+  // A click of the mouse, where it fell; onClick when unset.
+  std::function<void(QPointF)> onClickAt;
+  // Painted under the text or picture. A style sheet's background would
+  // reach the children's palette too and paint a panel's boxes and buttons
+  // black on black.
+  QColor fill;
+  // The table's artwork, drawn unless the program has given a picture file.
+  const char* art = nullptr;
+  bool hasPicture = false;
+
+ protected:
+  void paintEvent(QPaintEvent* e) override;
+  void keyPressEvent(QKeyEvent* e) override;
+  void mousePressEvent(QMouseEvent* e) override;
+  void mouseMoveEvent(QMouseEvent*) override;
+
+ private:
+  QPixmap artPixmap_;
+};
+
+// Tells of the mouse moving over a widget that has no hover of its own (a
+// text box, a button, a list): a form's help follows the mouse there too.
+class MoveWatch : public QObject {
+ public:
+  MoveWatch(QObject* parent, std::function<void()> onMove) : QObject(parent), onMove_(std::move(onMove)) {}
+
+ protected:
+  bool eventFilter(QObject*, QEvent* e) override;
+
+ private:
+  std::function<void()> onMove_;
+};
+
+// A window that leaves its closing to the program's own unload, tells the
+// program when the desktop resizes it, and hands the keys that no control
+// took to the form's key table.
+class FormWindow : public QMainWindow {
+ public:
+  std::function<void()> onClose, onResize;
+  std::function<bool(const QKeyEvent*)> onKey;
+  // Whether the player can reach the widget: one under a panel is skipped by Tab.
+  std::function<bool(QWidget*)> reachable;
+
+ protected:
+  bool focusNextPrevChild(bool next) override;
+  void keyPressEvent(QKeyEvent* e) override;
+  void closeEvent(QCloseEvent* e) override;
+  void resizeEvent(QResizeEvent* e) override;
+};
+
+}  // namespace fw
