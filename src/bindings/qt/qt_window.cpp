@@ -74,20 +74,14 @@ void QtWindows::FormUnloaded(int form) {
 bool QtWindows::PressKey(int form, const QKeyEvent* e) {
   if (PressZoomKey(form, e)) return true;
   if (e->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return false;
-  FormSurface& s = program_.surface();
-  const FormDecl& t = s.Table(form);
-  bool known = false;
-  for (const KeyDecl& k : t.keys) {
+  // The table names its keys as the toolkit spells them; what a key does is
+  // the program's to say.
+  for (const KeyDecl& k : program_.surface().Table(form).keys) {
     if (QKeySequence(QString(k.key))[0].key() != e->key()) continue;
-    known = true;
-    ControlId id = s.Id(t.name, k.control);
-    UserAction action = s.Decl(id).kind == Kind::OptionButton ? UserAction::Select : UserAction::Click;
-    if (CannotAct(s, id, action).empty()) {
-      User(id, action);
-      return true;
-    }
+    if (!mirroring_) fw::PressKey(program_, form, k.key);
+    return true;
   }
-  return known;
+  return false;
 }
 
 }  // namespace fw

@@ -98,8 +98,8 @@ class QtWindows : public QObject, public SurfaceObserver {
   // zoom noted on the window for the dialogs that open over it.
   void ZoomChrome(int form);
 
-  // A key of the form's key table: the first of its controls that can take
-  // it does. True when the form has the key, taken or refused.
+  // A key of the form's key table, pressed (see PressKey of the user's
+  // actions), or a zoom key. True when the form has the key, taken or refused.
   bool PressKey(int form, const QKeyEvent* e);
   // A user's action on a control, unless the window is being set from the surface.
   void User(ControlId id, UserAction action, std::string_view text = {}, int value = 0);
