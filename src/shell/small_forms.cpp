@@ -91,6 +91,7 @@ constexpr FormDecl kFrmUpdatesTable{
     .height = 5010,
     .controls = kUpdatesControls,
     .fixedBorder = true,
+    .owner = "FrmGame",
 };
 
 constexpr HandlerDecl kUpdatesHandlers[] = {
