@@ -210,8 +210,14 @@ void QtWindows::Build(int form) {
 }
 
 QMainWindow* QtWindows::MakeWindow(int form) {
-  const FormDecl& t = program_.surface().Table(form);
-  auto* window = new FormWindow;
+  FormSurface& s = program_.surface();
+  const FormDecl& t = s.Table(form);
+  // A window belongs to the one it is opened from, when that one is on
+  // screen: it stays above it and goes with it. The editor opened straight
+  // from the command line belongs to no window.
+  auto owner = forms_.find(*t.owner ? s.FindForm(t.owner) : -1);
+  bool owned = owner != forms_.end() && owner->second.window->isVisible();
+  auto* window = new FormWindow(owned ? owner->second.window : nullptr);
   window->onClose = [this, form] {
     if (!mirroring_) CloseForm(program_, form);
   };

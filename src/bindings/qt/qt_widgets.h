@@ -70,6 +70,7 @@ class MoveWatch : public QObject {
 // took to the form's key table.
 class FormWindow : public QMainWindow {
  public:
+  using QMainWindow::QMainWindow;
   std::function<void()> onClose, onResize;
   std::function<bool(const QKeyEvent*)> onKey;
   // Whether the player can reach the widget: one under a panel is skipped by Tab.

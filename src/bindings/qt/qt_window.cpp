@@ -23,7 +23,11 @@ QtWindows::QtWindows(Program& program) : program_(program), hand_(HandCursor()) 
 }
 
 QtWindows::~QtWindows() {
-  for (auto& [form, w] : forms_) delete w.window;
+  // A window that belongs to another goes with that one.
+  std::vector<QMainWindow*> own;
+  for (auto& [form, w] : forms_)
+    if (!w.window->parentWidget()) own.push_back(w.window);
+  for (QMainWindow* window : own) delete window;
 }
 
 void QtWindows::EnsureBuilt(int form) const {
@@ -65,8 +69,16 @@ void QtWindows::FormUnloaded(int form) {
   pending_.erase(form);
   auto it = forms_.find(form);
   if (it == forms_.end()) return;
-  it->second.window->hide();
-  it->second.window->deleteLater();
+  QMainWindow* gone = it->second.window;
+  // The windows that belonged to it stay, on their own.
+  for (auto& [other, w] : forms_) {
+    if (w.window->parentWidget() != gone) continue;
+    bool shown = w.window->isVisible();
+    w.window->setParent(nullptr, w.window->windowFlags());
+    w.window->setVisible(shown);
+  }
+  gone->hide();
+  gone->deleteLater();
   forms_.erase(it);
   std::erase(shownOrder_, form);
 }
