@@ -195,13 +195,23 @@ TEST(QtShell, APackagedGameStartsOnItsOwnPictureMenuAndPage) {
   ASSERT_FALSE(d.Widget("CharCreate")->isVisible());
   d.Pass(0.05);
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-page");
+  // The press moves the menu button and puts it back: its picture, from
+  // the game's folder, is neither read nor scaled again.
+  auto* button = qobject_cast<QLabel*>(d.Widget("Image4"));
+  ASSERT_FALSE(button->pixmap().isNull());
+  qint64 picture = button->pixmap().cacheKey();
   QTest::mouseClick(d.Widget("Image4"), Qt::LeftButton);
+  EXPECT_EQ(button->pixmap().cacheKey(), picture);
   ASSERT_TRUE(d.Widget("Picture2")->isVisible());
   EXPECT_TRUE(d.Widget("Image11")->isVisible());
   EXPECT_FALSE(d.Widget("Image1")->isVisible());
   EXPECT_FALSE(d.Widget("Image8")->isVisible());
   EXPECT_FALSE(d.Widget("Label15")->isVisible());
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-picture-menu");
+  // A new size scales it afresh.
+  d.windows.SetZoom(game, 2 * d.windows.Zoom(game));
+  EXPECT_NE(button->pixmap().cacheKey(), picture);
+  EXPECT_EQ(button->pixmap().deviceIndependentSize().toSize(), button->size());
 }
 
 }  // namespace

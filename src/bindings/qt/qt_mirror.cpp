@@ -77,18 +77,8 @@ void MirrorEntries(QListWidget* list, const std::vector<std::string>& entries) {
 }
 
 void ApplyArea(Area* area, const Control& c) {
-  area->hasPicture = !c.picture.host.empty();
-  if (!c.picture.host.empty()) {
-    // Scaled to the screen's own pixels, so that it stays sharp at any
-    // zoom and on a high-density screen.
-    qreal ratio = area->devicePixelRatioF();
-    QPixmap picture = QPixmap(QString::fromStdString(c.picture.host))
-                          .scaled(area->size() * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(ratio);
-    area->setPixmap(picture);
-  } else if (c.decl->kind == Kind::Label) {
-    area->setText(Plain(c.caption));
-  }
+  area->ShowPicture(QString::fromStdString(c.picture.host));
+  if (c.picture.host.empty() && c.decl->kind == Kind::Label) area->setText(Plain(c.caption));
 }
 
 void ApplyLine(QLineEdit* line, const Control& c) {
@@ -146,6 +136,8 @@ void QtWindows::ControlChanged(ControlId id, Prop prop) {
   if (!forms_.count(id.form)) return;
   bool was = mirroring_;
   mirroring_ = true;
+  if (prop == Prop::Picture)
+    if (auto* area = dynamic_cast<Area*>(forms_[id.form].widgets[id.index])) area->ForgetPicture();
   Apply(id, prop == Prop::SelStart ? Caret::SelStart : Caret::Logic);
   mirroring_ = was;
 }
@@ -189,10 +181,14 @@ void QtWindows::ApplyForm(int form) {
   window->setWindowTitle(Q(f.caption));
   window->centralWidget()->setFixedSize(Px(form, f.width), Px(form, ClientHeight(form)));
   if (auto* client = dynamic_cast<Area*>(window->centralWidget())) client->hasPicture = !f.picture.host.empty();
-  if (!f.picture.host.empty()) {
-    window->centralWidget()->setStyleSheet(
-        QString("QWidget#%1{border-image:url(%2);}").arg("client", QString::fromStdString(f.picture.host)));
+  if (std::string& shown = forms_[form].background; shown != f.picture.host) {
+    // Set only on a change: a new style sheet polishes every widget of the
+    // window again, and the window hears of every change of the form.
+    shown = f.picture.host;
     window->centralWidget()->setObjectName("client");
+    window->centralWidget()->setStyleSheet(
+        shown.empty() ? QString()
+                      : QString("QWidget#client{border-image:url(%1);}").arg(QString::fromStdString(shown)));
   }
   if (f.visible && !window->isVisible() && s.Table(form).centred) {
     // A centred form stands in the middle of the screen it opens on.

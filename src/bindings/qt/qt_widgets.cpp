@@ -51,6 +51,25 @@ void Area::paintEvent(QPaintEvent* e) {
   }
 }
 
+void Area::ShowPicture(const QString& file) {
+  hasPicture = !file.isEmpty();
+  qreal ratio = devicePixelRatioF();
+  bool same = file == pictureFile_ && (file.isEmpty() || (size() == pictureSize_ && ratio == pictureRatio_));
+  if (same && !pictureStale_) return;
+  bool had = !pictureFile_.isEmpty();
+  pictureFile_ = file;
+  pictureSize_ = size();
+  pictureRatio_ = ratio;
+  pictureStale_ = false;
+  if (file.isEmpty()) {
+    if (had) setPixmap(QPixmap());
+    return;
+  }
+  QPixmap picture = QPixmap(file).scaled(size() * ratio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  picture.setDevicePixelRatio(ratio);
+  setPixmap(picture);
+}
+
 void Area::keyPressEvent(QKeyEvent* e) {
   bool press = e->key() == Qt::Key_Space || e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
   if (onClick && press && e->modifiers() == Qt::NoModifier) onClick();

@@ -42,6 +42,16 @@ class Area : public QLabel {
   const char* art = nullptr;
   bool hasPicture = false;
 
+  // Shows the picture file ("" for none), scaled to the area in the
+  // screen's own pixels so that it stays sharp at any zoom and density. The
+  // file is read and scaled again only when it, the area's size or the
+  // density changes, or after ForgetPicture: a press moves the area and
+  // keeps its picture.
+  void ShowPicture(const QString& file);
+  // The program loaded the picture anew: the next ShowPicture reads the file
+  // again, which may have changed on disk.
+  void ForgetPicture() { pictureStale_ = true; }
+
  protected:
   void paintEvent(QPaintEvent* e) override;
   void keyPressEvent(QKeyEvent* e) override;
@@ -50,6 +60,10 @@ class Area : public QLabel {
 
  private:
   QPixmap artPixmap_;
+  QString pictureFile_;
+  QSize pictureSize_;
+  qreal pictureRatio_ = 0;
+  bool pictureStale_ = false;
 };
 
 // Tells of the mouse moving over a widget that has no hover of its own (a

@@ -1,6 +1,7 @@
 #pragma once
 #include <QCursor>
 #include <QObject>
+#include <QString>
 
 #include <map>
 #include <set>
@@ -62,6 +63,7 @@ class QtWindows : public QObject, public SurfaceObserver {
     std::vector<QWidget*> widgets;   // by control index
     std::vector<QAction*> actions;   // menu items by control index
     double zoom = 1.0, fitZoom = 1.0;
+    std::string background;  // the picture file the client shows, "" for none
   };
   // Building (qt_build.cpp): a window from its form's table, a widget from
   // its control's.
