@@ -49,9 +49,12 @@ class QtWindows : public QObject, public SurfaceObserver {
   // The zoom a form's window is shown at (1 for 100%). It starts at the
   // largest step at which the window fits its screen with room to spare,
   // and no larger than that of the others, except one already on screen;
-  // Ctrl+Plus and Ctrl+Minus step it, Ctrl+0 goes back to that start. The
-  // program never hears of it: it sees twips.
+  // Ctrl+Plus and Ctrl+Minus step it, never past the largest step at which
+  // the window fits the screen's available area (a step refused beeps and
+  // says why), and Ctrl+0 goes back to that start. The program never hears
+  // of it: it sees twips.
   double Zoom(int form) const;
+  // Sets the zoom as given, whatever the screen.
   void SetZoom(int form, double zoom);
   // The zoom of the program's window that holds the widget, 1 for none: a
   // dialog opened over a window takes its zoom.
@@ -94,6 +97,13 @@ class QtWindows : public QObject, public SurfaceObserver {
   // The zoom a new window opens at, and the others' that have to follow it.
   void StartZoom(int form);
   bool PressZoomKey(int form, const QKeyEvent* e);
+  // Whether the window at the zoom fits its screen's available area, with
+  // its frame and menu bar.
+  bool FitsScreen(int form, double zoom) const;
+  // A step of the keys, and what is moved of the window to keep it on screen.
+  void StepZoom(int form, double zoom);
+  // A step the keys cannot take: a beep, and why beside the window.
+  void RefuseZoom(int form, const QString& why);
   // Gives a control the table's font at its window's zoom.
   void ApplyFont(ControlId id);
   // The window's own parts at its zoom: the menu bar, its menus, and the
