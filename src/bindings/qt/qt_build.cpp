@@ -87,7 +87,7 @@ QWidget* MakeTextBox(const ControlDecl& d, QWidget* parent) {
 }
 
 QWidget* MakeButton(const ControlDecl&, QWidget* parent) {
-  auto* button = new QPushButton(parent);
+  auto* button = new Button(parent);
   button->setAutoDefault(true);  // Enter presses the button that has the focus
   return button;
 }
@@ -99,7 +99,7 @@ QWidget* MakeCheckBox(const ControlDecl& d, QWidget* parent) {
 }
 
 QWidget* MakeOption(const ControlDecl& d, QWidget* parent) {
-  auto* option = new QRadioButton(parent);
+  auto* option = new OptionRow(parent);
   option->setAutoExclusive(false);  // the surface keeps one selected
   option->setStyleSheet(Css(d.look));
   return option;
@@ -298,6 +298,8 @@ void QtWindows::Finish(ControlId id, QWidget* w) {
   // A style sheet reaches a widget's children too; scoped to the widget's own
   // name, a panel's look stays on the panel.
   w->setObjectName(d.name);
+  if (auto* option = dynamic_cast<OptionRow*>(w))
+    if (const char* key = KeyOf(program_.surface().Table(id.form), d.name)) option->SetKey(key);
   // Over a panel, a text or a movie the player reads or watches, and a hover
   // text popping up would cover it: there it only names the control to a
   // screen reader.

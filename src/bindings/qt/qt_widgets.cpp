@@ -1,6 +1,7 @@
 #include "bindings/qt/qt_widgets.h"
 
 #include <QCloseEvent>
+#include <QFocusEvent>
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
@@ -8,9 +9,26 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 #include "bindings/qt/qt_art.h"
 
 namespace fw {
+
+void DrawFocusRing(QWidget* widget) {
+  QPainter painter(widget);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QRectF ring = QRectF(widget->rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+  painter.setPen(QPen(QColor(0, 0, 0, 200), 3));
+  painter.drawRoundedRect(ring, 4, 4);
+  painter.setPen(QPen(QColor(255, 214, 140), 1.5, Qt::DashLine));
+  painter.drawRoundedRect(ring, 4, 4);
+}
+
+void Button::paintEvent(QPaintEvent* e) {
+  QPushButton::paintEvent(e);
+  if (hasFocus()) DrawFocusRing(this);
+}
 
 void DirList::ShowFolder(const QString& path) {
   clear();
@@ -39,16 +57,7 @@ void Area::paintEvent(QPaintEvent* e) {
     QPainter(this).drawPixmap(0, 0, artPixmap_);
   }
   QLabel::paintEvent(e);
-  if (hasFocus()) {
-    // The keyboard's place, seen on any picture: a light ring over a dark one.
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QRectF ring = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-    painter.setPen(QPen(QColor(0, 0, 0, 200), 3));
-    painter.drawRoundedRect(ring, 4, 4);
-    painter.setPen(QPen(QColor(255, 214, 140), 1.5, Qt::DashLine));
-    painter.drawRoundedRect(ring, 4, 4);
-  }
+  if (hasFocus()) DrawFocusRing(this);
 }
 
 void Area::ShowPicture(const QString& file) {
@@ -84,6 +93,42 @@ void Area::mousePressEvent(QMouseEvent* e) {
 
 void Area::mouseMoveEvent(QMouseEvent*) {
   if (onMove) onMove();
+}
+
+void Area::focusInEvent(QFocusEvent* e) {
+  QLabel::focusInEvent(e);
+  // Tab names what it reaches as the mouse does (a zone of the picture
+  // menu fills the banner).
+  bool byKeys = e->reason() == Qt::TabFocusReason || e->reason() == Qt::BacktabFocusReason;
+  if (byKeys && onMove) onMove();
+}
+
+int OptionRow::CapWidth(int lineHeight) const {
+  QFont bold = font();
+  bold.setBold(true);
+  return std::max(lineHeight, QFontMetrics(bold).horizontalAdvance(key_) + lineHeight / 2);
+}
+
+int OptionRow::KeyRoom(int lineHeight) const {
+  return key_.isEmpty() ? 0 : CapWidth(lineHeight) + std::max(2, lineHeight / 4);
+}
+
+void OptionRow::paintEvent(QPaintEvent* e) {
+  QRadioButton::paintEvent(e);
+  if (key_.isEmpty()) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QColor ink = isEnabled() ? QColor(0, 0, 0) : QColor(128, 128, 128);
+  qreal line = std::max<qreal>(1, height() / 12.0);
+  QRect cap(0, 0, CapWidth(height()), height());
+  painter.setPen(QPen(ink, line));
+  painter.setBrush(QColor(255, 255, 255));
+  painter.drawRoundedRect(QRectF(cap).adjusted(line / 2, line / 2, -line / 2, -line / 2), height() / 5.0, height() / 5.0);
+  QFont bold = font();
+  bold.setBold(true);
+  painter.setFont(bold);
+  painter.setPen(ink);
+  painter.drawText(cap, Qt::AlignCenter, key_);
 }
 
 bool MoveWatch::eventFilter(QObject*, QEvent* e) {

@@ -7,12 +7,28 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QPixmap>
+#include <QPushButton>
+#include <QRadioButton>
 
 #include <functional>
 
 class QKeyEvent;
 
 namespace fw {
+
+// The keyboard's place, drawn over the widget: a light ring over a dark one
+// just inside its edge, seen on any picture and on any button.
+void DrawFocusRing(QWidget* widget);
+
+// A command button that shows the keyboard's place as the picture buttons
+// do, where the desktop's own mark is a faint line.
+class Button : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void paintEvent(QPaintEvent* e) override;
+};
 
 // A directory list: the folder itself, the folder above, then the folders
 // inside, each entry holding its full path; activating one moves the list
@@ -57,6 +73,7 @@ class Area : public QLabel {
   void keyPressEvent(QKeyEvent* e) override;
   void mousePressEvent(QMouseEvent* e) override;
   void mouseMoveEvent(QMouseEvent*) override;
+  void focusInEvent(QFocusEvent* e) override;
 
  private:
   QPixmap artPixmap_;
@@ -64,6 +81,26 @@ class Area : public QLabel {
   QSize pictureSize_;
   qreal pictureRatio_ = 0;
   bool pictureStale_ = false;
+};
+
+// An option button that shows, at the start of its line, the key of its
+// form's key table that selects it, as a small key cap: what a key does is
+// what the screen says.
+class OptionRow : public QRadioButton {
+ public:
+  using QRadioButton::QRadioButton;
+  void SetKey(const QString& key) { key_ = key; }
+  const QString& Key() const { return key_; }
+  // The room the key cap takes at the start of a line of the given height,
+  // in the button's font: where the round button and the caption begin.
+  int KeyRoom(int lineHeight) const;
+
+ protected:
+  void paintEvent(QPaintEvent* e) override;
+
+ private:
+  int CapWidth(int lineHeight) const;
+  QString key_;
 };
 
 // Tells of the mouse moving over a widget that has no hover of its own (a

@@ -15,6 +15,7 @@
 #include <iterator>
 
 #include "bindings/qt/qt_look.h"
+#include "bindings/qt/qt_widgets.h"
 #include "bindings/qt/qt_window.h"
 #include "forms/program.h"
 
@@ -205,7 +206,8 @@ void QtWindows::ApplyFont(ControlId id) {
   // polished the control, and keeps its first size at every zoom.
   w->setFont(ZoomedFont(HasFont(d.look.font) ? d.look.font : FormFont(s.Table(id.form).look.font), fw.zoom));
   if (d.kind != Kind::OptionButton && d.kind != Kind::CheckBox) return;
-  // The round or square box grows with the text beside it.
+  // The round or square box grows with the text beside it, and an option's
+  // key cap goes before both.
   if (!w->property("tableSheet").isValid()) w->setProperty("tableSheet", w->styleSheet());
   QString sheet = w->property("tableSheet").toString();
   int line = Px(id.form, s.At(id).height);
@@ -215,6 +217,8 @@ void QtWindows::ApplyFont(ControlId id) {
     side = std::min(side, line - 2);  // within its line
     sheet += QString("#%1::indicator{width:%2px;height:%2px;}").arg(d.name).arg(side);
   }
+  if (auto* option = dynamic_cast<OptionRow*>(w); option && option->KeyRoom(line) > 0)
+    sheet += QString("#%1{padding-left:%2px;}").arg(d.name).arg(option->KeyRoom(line));
   w->setStyleSheet(sheet);
 }
 
