@@ -186,6 +186,7 @@ const FormDecl kCreateQuestTable{
     .controls = kControls,
     .look = {.backColor = kBlack},
     .fixedBorder = true,
+    .owner = "FrmGame",
 };
 
 }  // namespace fw
