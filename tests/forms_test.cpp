@@ -1,6 +1,7 @@
 // The form tables and handler registries hang together.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <set>
 #include <string>
 
@@ -33,14 +34,37 @@ TEST(Forms, EveryHandlerNamesAControlOfAKindThatRaisesItsEvent) {
   }
 }
 
-TEST(Forms, TablesHaveUniqueNamesAndFittingParents) {
+// The letter after a caption's "&", lower case; 0 for none.
+char KeyLetter(std::string_view caption) {
+  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
+    if (caption[i] != '&') continue;
+    if (caption[i + 1] != '&') return static_cast<char>(std::tolower(static_cast<unsigned char>(caption[i + 1])));
+    ++i;
+  }
+  return 0;
+}
+
+// Names are unique and parents fit; the entries of one menu each have a key
+// letter of their own; every key names a control; every window but the
+// game's and the start-up splash belongs to a form there is.
+TEST(Forms, TablesHaveUniqueNamesKeyLettersAndFittingParents) {
   std::set<std::string> formNames;
+  for (const FormDef& form : AllForms()) formNames.insert(form.table->name);
   for (const FormDef& form : AllForms()) {
     const FormDecl& t = *form.table;
-    EXPECT_TRUE(formNames.insert(t.name).second) << t.name;
+    bool mainWindow = std::string_view(t.name) == "FrmGame" || std::string_view(t.name) == "FrmSplash";
+    EXPECT_EQ(*t.owner == '\0', mainWindow) << t.name << " belongs to '" << t.owner << "'";
+    if (*t.owner) {
+      EXPECT_TRUE(formNames.count(t.owner) && t.owner != std::string_view(t.name)) << t.name;
+    }
     std::set<std::string> names;
+    std::set<std::pair<std::string, char>> letters;
     for (const ControlDecl& c : t.controls) {
       EXPECT_TRUE(names.insert(c.name).second) << t.name << "." << c.name << " twice";
+      if (c.kind == Kind::Menu && KeyLetter(c.caption)) {
+        EXPECT_TRUE(letters.insert({c.parent, KeyLetter(c.caption)}).second)
+            << t.name << "." << c.name << " \"" << c.caption << "\" shares its key letter";
+      }
       if (!*c.parent) continue;
       const ControlDecl* parent = nullptr;
       for (const ControlDecl& d : t.controls)
@@ -52,7 +76,9 @@ TEST(Forms, TablesHaveUniqueNamesAndFittingParents) {
         EXPECT_GT(c.interval, 0) << c.name;
       }
     }
+    for (const KeyDecl& k : t.keys) EXPECT_TRUE(names.count(k.control)) << t.name << " key " << k.key;
   }
+  EXPECT_EQ(formNames.size(), AllForms().size()) << "a form name twice";
 }
 
 }  // namespace

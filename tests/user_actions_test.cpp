@@ -42,7 +42,10 @@ constexpr HandlerDecl kHandlers[] = {
     {"Tick", Event::Click, Tick_Click},
     {"Fails", Event::Click, Fails_Click},
 };
-const FormDecl kTable{.name = "FrmAct", .caption = "Act", .width = 4000, .height = 3000, .controls = kControls};
+// T stands for Go first, then for Tick.
+constexpr KeyDecl kKeys[] = {{"G", "Go"}, {"T", "Go"}, {"T", "Tick"}};
+const FormDecl kTable{
+    .name = "FrmAct", .caption = "Act", .width = 4000, .height = 3000, .controls = kControls, .keys = kKeys};
 const FormDef kForms[] = {{&kTable, kHandlers}};
 
 class UserActionsTest : public ::testing::Test {
@@ -80,6 +83,20 @@ TEST_F(UserActionsTest, AnActionTheControlDoesNotTakeIsRefused) {
   EXPECT_EQ(Act(t.program, Id("List"), UserAction::Choose, {}, -1), "has no entry -1");
   EXPECT_EQ(Act(t.program, Id("List"), UserAction::Choose, {}, 0), "");
   EXPECT_EQ(ListBox(s, "FrmAct", "List").ListIndex(), 0);
+}
+
+// A key does what a click on the first of its controls that can take it
+// does; the key a window shows beside a control is the first naming it.
+TEST_F(UserActionsTest, AKeyClicksTheFirstOfItsControlsThatCanTakeIt) {
+  s.Show(0);
+  EXPECT_STREQ(KeyOf(kTable, "Go"), "G");
+  EXPECT_EQ(KeyOf(kTable, "Name"), nullptr);
+  EXPECT_EQ(PressKey(t.program, 0, "g"), "");  // letter case does not count
+  EXPECT_EQ(PressKey(t.program, 0, "X"), "has no key X");
+  PictureBox(s, "FrmAct", "Panel").SetVisible(true);
+  EXPECT_EQ(PressKey(t.program, 0, "G"), "cannot take key G: Go is covered by Panel");
+  EXPECT_EQ(PressKey(t.program, 0, "T"), "");
+  EXPECT_EQ(Log(), "go;tick;");
 }
 
 TEST_F(UserActionsTest, TheUserRetypingOrRecheckingStillRaisesTheEvent) {

@@ -188,6 +188,7 @@ const FormDecl kCreateQuestTable{
     .controls = kControls,
     .look = {.backColor = kBlack},
     .fixedBorder = true,
+    .owner = "FrmGame",
 };
 
 }  // namespace fw

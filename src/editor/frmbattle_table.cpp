@@ -93,6 +93,7 @@ const FormDecl kFrmBattleTable{
     .controls = kControls,
     .look = {.backColor = Rgb(226, 203, 152), .art = "parchment.svg"},
     .fixedBorder = true,
+    .owner = "createquest",
 };
 
 }  // namespace fw

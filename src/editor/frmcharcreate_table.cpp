@@ -55,6 +55,7 @@ const FormDecl kFrmCharCreateTable{
     .controls = kControls,
     .look = {.backColor = kBlack},
     .fixedBorder = true,
+    .owner = "createquest",
 };
 
 }  // namespace fw

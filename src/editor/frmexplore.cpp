@@ -35,7 +35,8 @@ constexpr HandlerDecl kHandlers[] = {
 };
 
 constexpr FormDecl kTable{
-    .name = kForm, .caption = "Quest Explorer", .width = 9000, .height = 6600, .controls = kControls, .fixedBorder = true};
+    .name = kForm, .caption = "Quest Explorer", .width = 9000, .height = 6600, .controls = kControls, .fixedBorder = true,
+    .owner = "createquest"};
 
 // The report's lines as a text box holds them.
 std::string BoxText(const std::string& utf8) {

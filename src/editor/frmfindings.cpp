@@ -45,7 +45,8 @@ constexpr HandlerDecl kHandlers[] = {
 };
 
 constexpr FormDecl kTable{
-    .name = kForm, .caption = "Quest Check", .width = 9000, .height = 4800, .controls = kControls, .fixedBorder = true};
+    .name = kForm, .caption = "Quest Check", .width = 9000, .height = 4800, .controls = kControls, .fixedBorder = true,
+    .owner = "createquest"};
 
 }  // namespace
 

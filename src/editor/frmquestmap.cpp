@@ -112,7 +112,8 @@ constexpr HandlerDecl kHandlers[] = {
 };
 
 constexpr FormDecl kTable{
-    .name = kForm, .caption = "Quest Map", .width = 9600, .height = 7200, .controls = kControls, .noMaximize = true};
+    .name = kForm, .caption = "Quest Map", .width = 9600, .height = 7200, .controls = kControls, .noMaximize = true,
+    .owner = "createquest"};
 
 }  // namespace
 

@@ -105,6 +105,10 @@ struct FormDecl {
   bool noMaximize = false;
   bool centred = false;
   std::span<const KeyDecl> keys{};  // the form's keys for play without a mouse
+  // The form this one is opened from, whose window it belongs to: it stays
+  // above that one and goes with it. "" for the start-up form and the game
+  // window, which belong to none.
+  const char* owner = "";
 };
 
 // A handler: a plain function named after its control and event. A form's own

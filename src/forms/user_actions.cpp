@@ -1,6 +1,7 @@
 #include "forms/user_actions.h"
 
 #include <algorithm>
+#include <cctype>
 #include <initializer_list>
 
 #include "forms/program.h"
@@ -108,6 +109,44 @@ std::string ClickAt(Program& p, ControlId id, float x, float y) {
     s.Raise(id, Event::Click);
   });
   return "";
+}
+
+namespace {
+
+bool SameKey(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return std::tolower(static_cast<unsigned char>(x)) ==
+                                                std::tolower(static_cast<unsigned char>(y)); });
+}
+
+UserAction KeyAction(FormSurface& s, ControlId id) {
+  return s.Decl(id).kind == Kind::OptionButton ? UserAction::Select : UserAction::Click;
+}
+
+}  // namespace
+
+const char* KeyOf(const FormDecl& form, std::string_view control) {
+  for (const KeyDecl& k : form.keys)
+    if (control == k.control) return k.key;
+  return nullptr;
+}
+
+std::vector<ControlId> KeyControls(FormSurface& s, int form, std::string_view key) {
+  std::vector<ControlId> controls;
+  const FormDecl& t = s.Table(form);
+  for (const KeyDecl& k : t.keys)
+    if (SameKey(k.key, key)) controls.push_back(s.Id(t.name, k.control));
+  return controls;
+}
+
+std::string PressKey(Program& p, int form, std::string_view key) {
+  FormSurface& s = p.surface();
+  std::vector<ControlId> controls = KeyControls(s, form, key);
+  if (controls.empty()) return "has no key " + std::string(key);
+  for (ControlId id : controls)
+    if (CannotAct(s, id, KeyAction(s, id)).empty()) return Act(p, id, KeyAction(s, id));
+  ControlId first = controls.front();
+  return "cannot take key " + std::string(key) + ": " + s.Decl(first).name + " " + CannotAct(s, first, KeyAction(s, first));
 }
 
 std::string CloseForm(Program& p, int form) {

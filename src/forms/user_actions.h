@@ -1,6 +1,7 @@
 #pragma once
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "forms/surface.h"
 
@@ -40,6 +41,23 @@ std::string Act(Program& p, ControlId id, UserAction action, std::string_view te
 // corner, as the mouse gives it; refused as Click is, and when the point lies
 // outside the control.
 std::string ClickAt(Program& p, ControlId id, float x, float y);
+
+// The key of the form's key table that stands for the control ("1" for the
+// game window's Option1; the first, where several do), nullptr where none
+// does: what a window shows beside the control, and what the terminal
+// numbers it by.
+const char* KeyOf(const FormDecl& form, std::string_view control);
+
+// The controls a key of the form's key table stands for, in the table's
+// order; none for a key the form does not have. Letter case does not count.
+std::vector<ControlId> KeyControls(FormSurface& s, int form, std::string_view key);
+
+// The user presses a key of the form's key table: the first of the controls
+// it stands for that can take it does what a click on it does (on an option
+// button, a selection). Gives "" when one did, else why none did, to follow
+// the form's name: "has no key K", or "cannot take key K: " and why the
+// first of its controls could not ("Option1 is hidden").
+std::string PressKey(Program& p, int form, std::string_view key);
 
 // The user closes a form's window: refused ("is not open") unless it is
 // loaded and visible.

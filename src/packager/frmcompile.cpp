@@ -98,6 +98,7 @@ const FormDecl kFrmCompileTable{
     .controls = kControls,
     .look = {.font = {"MS Sans Serif", 8.25f, false}},
     .fixedBorder = true,
+    .owner = "createquest",
 };
 
 const FormDef& FrmCompileForm() {

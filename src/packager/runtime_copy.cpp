@@ -72,8 +72,8 @@ void CopyLicenses(Program& p, const std::string& folder, const std::vector<Runti
   std::string host = p.HostFile(folder + kLicenses);
   WriteWholeFile(host + "LICENSE", ProjectLicence());
   if (copied.empty()) return;
-  for (const auto& [copyright, name] : LicenceNames(copied))
-    Skip([&] { p.services().files->Copy(copyright, host + name); });
+  for (const auto& licence : LicenceNames(copied))
+    Skip([&] { p.services().files->Copy(licence.first, host + licence.second); });
   WriteWholeFile(host + "README.txt", LicensesReadme(copied));
 }
 

@@ -48,9 +48,9 @@ constexpr ControlDecl kControls[] = {
     {.name = "mnunewgame", .kind = Kind::Menu, .parent = "mnufile", .caption = "&New Game", .enabled = false},
     {.name = "mnucreatequest", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Create 'A' Quest"},
     {.name = "mnuloadquest", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Load A Quest File"},
-    {.name = "mnuload", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Load Saved Game"},
+    {.name = "mnuload", .kind = Kind::Menu, .parent = "mnufile", .caption = "Load Saved &Game"},
     {.name = "mnusave", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Save Current Game"},
-    {.name = "mnusavechar", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Save Character File"},
+    {.name = "mnusavechar", .kind = Kind::Menu, .parent = "mnufile", .caption = "Save C&haracter File"},
     {.name = "mnuexit", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Exit"},
     // The player's comforts, apart from File so that File stays as it was.
     {.name = "mnugame", .kind = Kind::Menu, .caption = "&Game"},

@@ -97,6 +97,7 @@ constexpr FormDecl kFrmUpdatesTable{
     .height = 5010,
     .controls = kUpdatesControls,
     .fixedBorder = true,
+    .owner = "FrmGame",
 };
 
 constexpr HandlerDecl kUpdatesHandlers[] = {

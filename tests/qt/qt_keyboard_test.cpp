@@ -15,11 +15,13 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 
 #include "bindings/qt/qt_desktop.h"
+#include "bindings/qt/qt_widgets.h"
 #include "bindings/qt/qt_window.h"
 #include "forms/controls.h"
 #include "shell/forms.h"
@@ -71,11 +73,38 @@ TEST(QtKeyboard, AKeyOnTheSplashEndsItsPause) {
   EXPECT_TRUE(g.Window()->isVisible());
 }
 
+// The share of the widget's edge, a band 4 pixels deep, that taking the
+// keyboard's focus changes plainly (its red, green and blue move by more
+// than 60 together): how visibly it shows the focus.
+double RingShare(QWidget* w) {
+  w->window()->activateWindow();
+  EXPECT_TRUE(QTest::qWaitForWindowActive(w->window()));
+  w->clearFocus();
+  QImage plain = w->grab().toImage();
+  w->setFocus(Qt::TabFocusReason);
+  QImage focused = w->grab().toImage();
+  int band = 0, changed = 0;
+  for (int y = 0; y < plain.height(); ++y)
+    for (int x = 0; x < plain.width(); ++x)
+      if (x < 4 || y < 4 || x >= plain.width() - 4 || y >= plain.height() - 4) {
+        QColor a(plain.pixel(x, y)), b(focused.pixel(x, y));
+        ++band;
+        changed += std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) > 60;
+      }
+  return band ? static_cast<double>(changed) / band : 0;
+}
+
 TEST(QtKeyboard, PlaysAPageAndAFightByKeys) {
   Game g;
   g.Queue({0.6f, 0.5f, 0.5f});
   g.Open(Fixture("battle/fight.fbw"));
   ASSERT_TRUE(g.Shown("CharCreate"));
+  // A plain button shows the keyboard's place as plainly as a picture
+  // button does.
+  double picture = RingShare(g.Widget("Picture1")), button = RingShare(g.Widget("Command10"));
+  EXPECT_GT(picture, 0.3);
+  EXPECT_GE(button, 0.8 * picture);
+  testing::SaveScreenshot(g.Window(), "button-focus");
   // Nothing on the character panel is closed by Escape until the character
   // is made; Enter on the focused Create button makes it.
   g.Key(Qt::Key_Escape);
@@ -131,6 +160,46 @@ TEST(QtKeyboard, EscapeLeavesAFightThatAllowsIt) {
   g.Queue({0.1f, 0.1f, 0.1f, 0.1f});
   g.Key(Qt::Key_E);
   EXPECT_FALSE(g.Shown("BattleBox"));
+}
+
+// Each option on screen shows the key of the form's key table that selects
+// it, and a gated option takes its key away with it: with all but the third
+// option gone, the one line left says 3, and 3 selects it, not 1.
+TEST(QtKeyboard, EachOptionShowsTheKeyThatSelectsIt) {
+  Game g;
+  g.Open(Fixture("play/gating.fbw"));
+  g.Key(Qt::Key_2);  // leave the lamp
+  g.Key(Qt::Key_Return);
+  g.Pass(0.05);
+  int form = g.s().FindForm("FrmGame");
+  const FormDecl& table = g.s().Table(form);
+  // Each option's line starts with its key, drawn dark on a light cap.
+  auto expectKeysBeside = [&](double zoom) {
+    g.windows.SetZoom(form, zoom);
+    for (const char* name : {"Option1", "Option2", "Option3", "Option4"}) {
+      auto* option = dynamic_cast<OptionRow*>(g.Widget(name));
+      ASSERT_NE(option, nullptr) << name;
+      EXPECT_EQ(option->Key(), KeyOf(table, name));
+      if (!g.Shown(name)) continue;
+      QImage cap = option->grab(QRect(0, 0, option->height(), option->height())).toImage();
+      int ink = 0;
+      for (int y = 0; y < cap.height(); ++y)
+        for (int x = 0; x < cap.width(); ++x) ink += QColor(cap.pixel(x, y)).lightness() < 100;
+      EXPECT_GT(ink, cap.width() * cap.height() / 8) << name << " at " << zoom;
+    }
+  };
+  expectKeysBeside(1.0);
+  EXPECT_FALSE(g.Shown("Option1"));
+  EXPECT_FALSE(g.Shown("Option2"));
+  ASSERT_TRUE(g.Shown("Option3"));
+  testing::SaveCheckedScreenshot(g.windows, g.s(), form, "page-keys");
+  g.Key(Qt::Key_1);
+  for (const char* name : {"Option1", "Option2", "Option3", "Option4"})
+    EXPECT_FALSE(g.s().At(g.Id(name)).optionValue) << name;
+  g.Key(Qt::Key_3);
+  EXPECT_TRUE(g.s().At(g.Id("Option3")).optionValue);
+  expectKeysBeside(2.5);
+  testing::SaveCheckedScreenshot(g.windows, g.s(), form, "page-keys-at-250");
 }
 
 TEST(QtKeyboard, AnOptionUnderThePanelOnTopRefusesItsKey) {
@@ -217,6 +286,20 @@ TEST(QtAccessibility, EveryVisibleControlOfTheGameWindowHasAName) {
     QTest::mouseMove(w, w->rect().center());
     EXPECT_EQ(w->accessibleName(), caption->text()) << zone;
   }
+  // Tab names each zone it reaches in the banner, as the mouse does.
+  g.Window()->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(g.Window()));
+  std::set<QString> named;
+  for (int i = 0; i < 14; ++i) {
+    g.Key(Qt::Key_Tab);
+    QWidget* zone = QApplication::focusWidget();
+    if (!zone || zone->parentWidget() != g.Widget("Picture2")) continue;
+    QString byKeys = caption->text();
+    QTest::mouseMove(zone, zone->rect().center());
+    EXPECT_EQ(byKeys.toStdString(), caption->text().toStdString()) << zone->objectName().toStdString();
+    if (!byKeys.isEmpty()) named.insert(byKeys);
+  }
+  EXPECT_GE(named.size(), 8u);
   testing::TempDir dir;
   std::ofstream(dir.str() + "/q.fbw") << "[1]\r\nPage Text=Two ways.\r\nOption One=Left &Go\r\nOption Two=Right\r\n";
   g.t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");

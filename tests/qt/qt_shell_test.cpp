@@ -12,12 +12,14 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QWindow>
 
 #include <filesystem>
 #include <fstream>
 
 #include "bindings/qt/qt_desktop.h"
 #include "bindings/qt/qt_window.h"
+#include "forms/controls.h"
 #include "shell/forms.h"
 #include "shell/game_menus.h"
 #include "test_program.h"
@@ -137,11 +139,36 @@ TEST(QtShell, PicturesOfTheSplashCreditsWhatsNewAndAbout) {
   EXPECT_TRUE(text->toPlainText().startsWith("Version 5.9\n4-27-04\n"));
   testing::SaveCheckedScreenshot(d.windows, d.t.surface(), d.t.surface().FindForm("FrmUpdates"), "whats-new");
 
+  EXPECT_EQ(updates->windowHandle()->transientParent(), d.Window("FrmGame")->windowHandle())
+      << "What's New belongs to the game window";
   std::unique_ptr<QMessageBox> about = MakeMessageBox(AboutText(), 64, "About:");
   about->show();
   QTest::qWait(20);
   testing::SaveScreenshot(about.get(), "about");
   EXPECT_TRUE(about->text().endsWith("E-Mail: authors@fablewright.example"));
+}
+
+// Every window the program opens belongs to the window it is opened from,
+// as the form tables say: it stays above that one and goes with it.
+TEST(QtShell, EveryWindowBelongsToTheOneItIsOpenedFrom) {
+  Desktop d;
+  d.t.program.Start();
+  FormSurface& s = d.t.surface();
+  int owned = 0;
+  for (const FormDef& form : AllForms()) {
+    const FormDecl& t = *form.table;
+    if (!*t.owner) continue;
+    d.t.program.RunEvent([&] {
+      FormHandle(s, t.owner).Show();
+      FormHandle(s, t.name).Show();
+    });
+    QMainWindow* window = d.Window(t.name);
+    ASSERT_NE(window, nullptr) << t.name;
+    ASSERT_TRUE(window->isVisible()) << t.name;
+    EXPECT_EQ(window->windowHandle()->transientParent(), d.Window(t.owner)->windowHandle()) << t.name;
+    ++owned;
+  }
+  EXPECT_GE(owned, 8);
 }
 
 // A packaged game opens on its first page, under its own title, with an
@@ -173,13 +200,23 @@ TEST(QtShell, APackagedGameStartsOnItsOwnPictureMenuAndPage) {
   ASSERT_FALSE(d.Widget("CharCreate")->isVisible());
   d.Pass(0.05);
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-page");
+  // The press moves the menu button and puts it back: its picture, from
+  // the game's folder, is neither read nor scaled again.
+  auto* button = qobject_cast<QLabel*>(d.Widget("Image4"));
+  ASSERT_FALSE(button->pixmap().isNull());
+  qint64 picture = button->pixmap().cacheKey();
   QTest::mouseClick(d.Widget("Image4"), Qt::LeftButton);
+  EXPECT_EQ(button->pixmap().cacheKey(), picture);
   ASSERT_TRUE(d.Widget("Picture2")->isVisible());
   EXPECT_TRUE(d.Widget("Image11")->isVisible());
   EXPECT_FALSE(d.Widget("Image1")->isVisible());
   EXPECT_FALSE(d.Widget("Image8")->isVisible());
   EXPECT_FALSE(d.Widget("Label15")->isVisible());
   testing::SaveCheckedScreenshot(d.windows, s, game, "packaged-picture-menu");
+  // A new size scales it afresh.
+  d.windows.SetZoom(game, 2 * d.windows.Zoom(game));
+  EXPECT_NE(button->pixmap().cacheKey(), picture);
+  EXPECT_EQ(button->pixmap().deviceIndependentSize().toSize(), button->size());
 }
 
 }  // namespace

@@ -11,9 +11,13 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <functional>
+#include <vector>
 
 #include "bindings/qt/qt_desktop.h"
 #include "bindings/qt/qt_window.h"
@@ -54,7 +58,11 @@ struct ZoomedGame {
   }
 };
 
-TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt) {
+// Ctrl+Plus steps up to the largest step at which the window fits its
+// screen's available area, frame and menu bar included, and there beeps and
+// says so; Ctrl+Minus steps down to 100%. Every control stands where the
+// zoom puts its twips, and the program keeps twips.
+TEST(QtZoom, CtrlPlusStepsUpAsFarAsTheScreenHoldsTheWindow) {
   ZoomedGame g;
   testing::TempDir dir;
   std::ofstream(dir.str() + "/q.fbw") << "[1]\r\nPage Text=Two ways.\r\nOption One=Left\r\nOption Two=Right\r\n";
@@ -69,22 +77,52 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   while (g.windows.Zoom(g.form) > 1.0) g.Key(Qt::Key_Minus);
   g.Key(Qt::Key_Minus);
   EXPECT_EQ(g.windows.Zoom(g.form), 1.0) << "nothing below 100%";
+  EXPECT_EQ(QToolTip::text(), "100% is the smallest zoom.");
   g.ExpectEveryControlAt(1.0);
+  g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
+  EXPECT_EQ(g.windows.Zoom(g.form), 1.25);
+
+  QRect room = g.Window()->screen()->availableGeometry();
+  for (double last = 0; last != g.windows.Zoom(g.form);) {
+    last = g.windows.Zoom(g.form);
+    g.Key(Qt::Key_Plus);
+    EXPECT_TRUE(room.contains(g.Window()->frameGeometry())) << "at " << g.windows.Zoom(g.form);
+  }
+  double largest = g.windows.Zoom(g.form);
+  EXPECT_GE(largest, start);
+  EXPECT_EQ(QToolTip::text(), "A larger zoom would not fit on the screen.");
+  g.ExpectEveryControlAt(largest);
+  // The next step, set all the same, would not have fitted.
+  constexpr double kSteps[] = {1.0, 1.25, 1.5, 2.0, 2.5, 3.0, 4.0};
+  const double* next = std::upper_bound(std::begin(kSteps), std::end(kSteps), largest);
+  ASSERT_NE(next, std::end(kSteps));
+  g.windows.SetZoom(g.form, *next);
+  QSize grown = g.Window()->frameGeometry().size();
+  EXPECT_TRUE(grown.width() > room.width() || grown.height() > room.height()) << grown.width() << "x" << grown.height();
+  g.Key(Qt::Key_0);
+  EXPECT_EQ(g.windows.Zoom(g.form), start);
+}
+
+// At 200%, set whatever the screen: fonts and pictures grow, a press moves a
+// button by its 50 twips at the zoom, and the picture menu is laid out alike.
+TEST(QtZoom, AtTwoHundredPercentEveryControlStandsWhereTheZoomPutsIt) {
+  ZoomedGame g;
+  testing::TempDir dir;
+  std::ofstream(dir.str() + "/q.fbw") << "[1]\r\nPage Text=Two ways.\r\nOption One=Left\r\nOption Two=Right\r\n";
+  g.t.platform.dialogs.QueueFile("FrmGame.questfile", dir.str() + "/q.fbw");
+  QTest::mouseClick(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Image1")), Qt::LeftButton);
+  g.t.platform.clock.Set(g.t.now() + 0.02);
+  g.t.program.RunDue();
+  g.windows.SetZoom(g.form, 1.0);
   auto* text = g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Text1"));
   qreal points = text->font().pointSizeF();
-
-  for (double step : {1.25, 1.5, 2.0}) {
-    g.Key(Qt::Key_Plus);
-    EXPECT_EQ(g.windows.Zoom(g.form), step);
-  }
+  g.windows.SetZoom(g.form, 2.0);
   g.ExpectEveryControlAt(2.0);
   EXPECT_DOUBLE_EQ(text->font().pointSizeF(), 2 * points);
   EXPECT_EQ(g.Window()->width(), At(2.0, 8385));
   EXPECT_EQ(g.Window()->size(), g.Window()->maximumSize()) << "the window keeps its size";
   testing::SaveCheckedScreenshot(g.windows, g.t.surface(), g.form, "page-at-200");
 
-  // A press moves the button by its 50 twips at the zoom; the program keeps
-  // twips.
   ControlId choose = g.t.surface().Id("FrmGame", "Picture1");
   bool pressedSeen = false;
   g.t.program.Post(g.t.now() + 0.1, [&](Program&) {
@@ -99,13 +137,42 @@ TEST(QtZoom, CtrlPlusStepsToTwoHundredPercentWithEveryControlWhereTheZoomPutsIt)
   ASSERT_TRUE(g.windows.WidgetOf(g.t.surface().Id("FrmGame", "Picture2"))->isVisible());
   g.ExpectEveryControlAt(2.0);
   testing::SaveCheckedScreenshot(g.windows, g.t.surface(), g.form, "picture-menu-at-200");
-
-  g.Key(Qt::Key_Equal);  // Ctrl+= is Ctrl+Plus without Shift
-  EXPECT_EQ(g.windows.Zoom(g.form), 2.5);
-  g.Key(Qt::Key_0);
-  EXPECT_EQ(g.windows.Zoom(g.form), start);
 }
 
+// Every control's text grows with the zoom, whether its table names a font
+// or not ("HP:" and "Exp:" name none), in the game window and the editor.
+TEST(QtZoom, EveryControlsTextGrowsWithTheZoom) {
+  ZoomedGame g;
+  g.t.program.RunEvent([&] { g.t.surface().Raise(g.t.surface().Id("FrmGame", "mnucreatequest"), Event::Click); });
+  for (const char* name : {"FrmGame", "createquest"}) {
+    int form = g.t.surface().FindForm(name);
+    const FormDecl& table = g.t.surface().Table(form);
+    auto heights = [&](double zoom) {
+      g.windows.SetZoom(form, zoom);
+      std::vector<qreal> h;
+      for (int i = 0; i < static_cast<int>(table.controls.size()); ++i) {
+        QWidget* w = g.windows.WidgetOf({form, i});
+        h.push_back(w ? QFontMetricsF(w->font()).height() : 0);
+      }
+      return h;
+    };
+    std::vector<qreal> at100 = heights(1.0);
+    for (double zoom : {1.5, 2.5}) {
+      std::vector<qreal> zoomed = heights(zoom);
+      int texts = 0;
+      for (std::size_t i = 0; i < at100.size(); ++i) {
+        Kind kind = table.controls[i].kind;
+        bool text = kind == Kind::Label || kind == Kind::TextBox || kind == Kind::CommandButton ||
+                    kind == Kind::CheckBox || kind == Kind::OptionButton || kind == Kind::ListBox ||
+                    kind == Kind::Frame || kind == Kind::DirListBox;
+        if (!text || at100[i] == 0) continue;
+        ++texts;
+        EXPECT_NEAR(zoomed[i] / at100[i], zoom, 0.1 * zoom) << name << "." << table.controls[i].name << " at " << zoom;
+      }
+      EXPECT_GT(texts, 10) << name;
+    }
+  }
+}
 // What a dialog looked like when it opened.
 struct Opened {
   qreal points = 0;
@@ -174,7 +241,7 @@ TEST(QtZoom, TheEditorZoomsAsTheGameWindowDoes) {
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(window->isVisible());
   double gameZoom = g.windows.Zoom(g.form);
-  while (g.windows.Zoom(editor) < 1.5) QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
+  g.windows.SetZoom(editor, 1.5);
   EXPECT_EQ(g.windows.Zoom(g.form), gameZoom) << "the game window keeps its own";
   g.ExpectEveryControlAt(editor, 1.5);
   testing::SaveScreenshot(window, "editor-at-150");

@@ -101,6 +101,10 @@ class Game {
     await this.until(`${name} on screen`, () => this.visible(name));
     await this.page.click(this.sel(name));
   }
+  // A click on what may go from the screen meanwhile (a panel closing by itself).
+  async clickIfThere(name) {
+    await this.page.click(this.sel(name)).catch(() => {});
+  }
   async shot(name) { await this.page.screenshot({ path: path.join(shots, name + '.png') }); }
   async waitCharacterPanel() { await this.until('the character panel', () => this.visible('CharCreate')); }
   async modal() { return this.page.$('.fw-modal'); }
@@ -141,19 +145,21 @@ class Game {
     await this.until('the battle', () => this.visible('BattleBox'));
     await this.shot('web-battle');
     // The win brings a level: its box, then the character panel over the gate.
-    while ((await this.visible('BattleBox')) || (await this.visible('CharCreate')) || (await this.modal())) {
+    // What is on screen is read once a round: a panel may close between two reads.
+    for (;;) {
       if (await this.modal()) {
         await this.shot('web-message');
         await this.answerBoxes(byKey);
         continue;
       }
+      const battle = await this.visible('BattleBox'), panel = await this.visible('CharCreate');
+      if (!battle && !panel) break;
       if (await this.visible('Image12')) {
         if (byKey) await this.page.keyboard.press('Escape');
-        else await this.click('Image12');
-      } else if (byKey) {
-        await this.page.keyboard.press('a');
-      } else {
-        await this.click('Picture7');
+        else await this.clickIfThere('Image12');
+      } else if (battle) {
+        if (byKey) await this.page.keyboard.press('a');
+        else await this.clickIfThere('Picture7');
       }
       await new Promise((r) => setTimeout(r, 150));
     }

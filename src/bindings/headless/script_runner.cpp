@@ -199,6 +199,13 @@ void ScriptRunner::UserCommand(const Words& w) {
     if (std::string why = RunGameCommand(*program_, *game, file); !why.empty()) Error(cmd + ": " + why);
     return;
   }
+  if (cmd == "key") {
+    Need(w, 3);
+    int form = s.FindForm(w[1]);
+    if (form < 0) Error("unknown form " + w[1]);
+    if (std::string why = PressKey(*program_, form, w[2]); !why.empty()) Error(w[1] + " " + why);
+    return;
+  }
   static const std::map<std::string, std::pair<fw::UserAction, std::size_t>> kActions = {
       {"click", {UserAction::Click, 2}}, {"select", {UserAction::Select, 2}},
       {"type", {UserAction::Type, 3}},   {"check", {UserAction::Check, 3}},

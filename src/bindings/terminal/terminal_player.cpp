@@ -203,9 +203,13 @@ void TerminalGame::ListOptions() {
     out_.Write("(No options. Type open, quit or help.)\n");
   } else {
     ShowScore(false);
+    // Each option by the window's key for it, so that a number typed does
+    // what that key does there.
+    const FormDecl& game = program_->surface().Table(program_->surface().FindForm("FrmGame"));
     for (int n = 1; n <= 4; ++n) {
       std::string option = "Option" + std::to_string(n);
-      if (Shown(option.c_str())) out_.Printf("  %d. %s\n", n, Text(option.c_str()).c_str());
+      const char* key = KeyOf(game, option);
+      if (key && Shown(option.c_str())) out_.Printf("  %s. %s\n", key, Text(option.c_str()).c_str());
     }
   }
   TellMovie();
@@ -301,7 +305,8 @@ void TerminalGame::Look() {
 
 void TerminalGame::Choose(int n) {
   FormSurface& s = program_->surface();
-  ControlId option = n >= 1 && n <= 4 ? s.Id("FrmGame", "Option" + std::to_string(n)) : ControlId{};
+  std::vector<ControlId> keyed = KeyControls(s, s.FindForm("FrmGame"), std::to_string(n));
+  ControlId option = keyed.empty() ? ControlId{} : keyed.front();
   if (option.index < 0 || !s.Shown(option)) {
     out_.Printf("There is no option %d here.\n", n);
     return;

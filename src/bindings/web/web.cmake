@@ -23,6 +23,7 @@ fw_layer(fw_platform platform LINKS fw_media EXCLUDE real_services.cpp linked_ru
 fw_layer(fw_play play LINKS fw_store fw_media)
 fw_layer(fw_editor editor LINKS fw_play)
 fw_layer(fw_packager packager LINKS fw_store)
+fw_project_licence(fw_packager)
 fw_layer(fw_shell shell LINKS fw_play fw_editor fw_packager)
 fw_layer(fw_headless bindings/headless LINKS fw_play fw_platform)
 fw_layer(fw_web bindings/web LINKS fw_play fw_platform)

@@ -65,7 +65,7 @@ class PageDialogs : public Dialogs {
 // The browser starts no programs; a web address opens in a new tab.
 class PageProcesses : public Processes {
  public:
-  bool Start(std::string_view, int, const std::string&) override { return false; }
+  bool Start(const std::vector<std::string>&, int, const std::string&) override { return false; }
   void Open(std::string_view target) override;
 };
 
