@@ -160,7 +160,10 @@ void RestoreMedia(Program& p, const Step& step, int mp3, int movie) {
       now.MidiTo = step.midi.MidiTo;
     }
   }
-  for (const auto& [index, before] : step.controls) {
+  for (const auto& kept : step.controls) {
+    // Named, not bound: a lambda may not take a structured binding everywhere.
+    const int index = kept.first;
+    const Control& before = kept.second;
     if (index == mp3) {
       PlayMp3(p, before.fileName);
       Skip([&] { MediaPlayer(p.surface(), kForm, "playmp3").SetPlayCount(before.playCount); });
