@@ -170,7 +170,7 @@ class UndoWalk : public ::testing::TestWithParam<unsigned> {
   }
 };
 
-int WalkLength() { return testing::SmallCases() ? 60 : 200; }
+int WalkLength() { return testing::SmallCases() ? 40 : 200; }
 
 TEST_F(UndoWalk, DemoQuest) {
   std::string demo = testing::FileBytes(std::filesystem::path(FABLEWRIGHT_SOURCE_DIR) / "quests/demo/demo.fbw");
