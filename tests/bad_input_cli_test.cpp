@@ -53,7 +53,7 @@ struct Job {
   std::map<std::string, Expected> otherwise;
 };
 
-const Expected kEmptyPage{0, "The End \xE2\x80\x94 File > Load A Quest File to play again\n(Type open, quit or help.)"};
+const Expected kEmptyPage{0, "The End \xE2\x80\x94 Game > Restart Quest to play again\n(Type restart, open, quit or help.)"};
 const Expected kNoQuest{1, "fablewright: no quest file bad.fbw\n"};
 const Expected kCannotRead{1, "fablewright ini: cannot read ./bad.fbw\n"};
 const Expected kCannotReadQuest{1, "fablewright: cannot read the quest file bad.fbw: Permission denied\n"};

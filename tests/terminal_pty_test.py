@@ -126,7 +126,8 @@ def main():
         game = Game(binary, folder)
         # What program this is comes first, and the quest's banner after it.
         game.expect("Fablewright 2004, Beta 5.9: tales told by your choices\nLantern\n")
-        game.expect("  1. Walk on towards the crossroads\n> ")
+        # The prompt shows the place and the score.
+        game.expect("  1. Walk on towards the crossroads\nThe gate \u00b7 0 > ")
         check_wrapping(game)
 
         # Edited: "lok", back one character, "o": the command is look.
@@ -165,10 +166,11 @@ def main():
         game.expect("empty to cancel: ")
         game.send("./lant\t\r")
         game.expect("./lantern.fbw \n")
-        game.expect("  1. Walk on towards the crossroads\n> ")
+        game.expect("  1. Walk on towards the crossroads\nThe gate \u00b7 0 > ")
 
         game.send("1\r")
         game.expect("The sign creaks.\nScore: 3\n")
+        game.expect("The crossroads \u00b7 3 > ")
         game.send("QUIT \r")  # with a quest open, the game asks first
         game.expect("Are you sure?")
         game.expect("Yes or no (y/n)? ")

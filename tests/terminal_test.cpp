@@ -20,8 +20,8 @@ namespace {
 // Runs the player with the given input; gives everything it printed.
 std::string Play(const std::string& quest, const std::string& input, const std::string& home,
                  const std::string& options = "", const std::string& shellSetup = "") {
-  std::string command = shellSetup + "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent " + options + " '" + quest +
-                        "' --home '" + home + "' 2>/dev/null";
+  std::string command = shellSetup + "printf '" + input + "' | " + FABLEWRIGHT_BIN + " play --silent " + options +
+                        (quest.empty() ? std::string() : " '" + quest + "'") + " --home '" + home + "' 2>/dev/null";
   std::FILE* pipe = ::popen(command.c_str(), "r");
   std::string out;
   char buf[4096];
@@ -55,7 +55,7 @@ TEST(TerminalPlayer, PlaysTwoStepsThroughAPipeInPlainUtf8) {
   EXPECT_NE(out.find("  1. Take the key and go on\n  2. Go on\n"), std::string::npos) << out;
   EXPECT_NE(out.find("There is no option 7 here."), std::string::npos) << out;
   EXPECT_NE(out.find(">\nThe door is locked.\nScore: 5\n  1. Unlock the door\n> "), std::string::npos) << out;
-  EXPECT_NE(out.find("\nThe End \xE2\x80\x94 File > Load A Quest File to play again\n(Type open, quit or help.)\n"),
+  EXPECT_NE(out.find("\nThe End \xE2\x80\x94 Game > Restart Quest to play again\n(Type restart, open, quit or help.)\n"),
             std::string::npos)
       << out;
   // Message boxes become prompts, a file dialog a path prompt.
@@ -304,5 +304,40 @@ TEST(TerminalPlayer, AboutWhatsNewAndTheExitQuestion) {
   EXPECT_EQ(out.find("About: ", out.find("About: ") + 1), std::string::npos) << out;
 }
 
+// The comforts in one game and the next run with the same home: status,
+// undo, restart, the transcript into a file, the autosave and continue.
+TEST(TerminalPlayer, ComfortsAndContinueInASecondRun) {
+  testing::TempDir dir;
+  std::string quest = WriteQuest(dir, "lane.fbw",
+                                 "[Story Info]\r\nTitle=Lane\r\n"
+                                 "[1]\r\nLocation=Gatehouse\r\nPage Text=A gate.\r\n"
+                                 "Option One=In\r\nOption One Score=+40\r\nOption One Destination Page=2\r\n"
+                                 "[2]\r\nLocation=Yard\r\nPage Text=A yard.\r\n"
+                                 "Option One=Out\r\nOption One Score=+2\r\nOption One Destination Page=1\r\n");
+  std::string out = Play(quest,
+                         "undo\\n1\\nstatus\\nundo\\nstatus\\nrestart\\ny\\n1\\n1\\ntranscript story.txt\\nquit\\ny\\n",
+                         dir.str(), "", "cd '" + dir.str() + "' && ");
+  EXPECT_NE(out.find("There is nothing to undo.\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("Yard \xC2\xB7 40\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("\n>\n(Undone.)\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("Gatehouse \xC2\xB7 0\n"), std::string::npos) << out;
+  std::string story = testing::FileBytes(dir.path / "story.txt");
+  EXPECT_TRUE(story.starts_with("No Quest Loaded.\nLane\n")) << story;
+  EXPECT_TRUE(story.ends_with(">\nA gate.\n")) << story;
+  EXPECT_NE(story.find(">\n(Undone.)"), std::string::npos) << story;
+  EXPECT_EQ(story.find('\r'), std::string::npos);
+
+  // The next run goes on where the last page left the game.
+  std::string next = Play("", "status\\nitems\\nquit\\ny\\n", dir.str(), "--continue");
+  EXPECT_NE(next.find("Loaded Successfully."), std::string::npos) << next;
+  EXPECT_NE(next.find("Gatehouse \xC2\xB7 42\n"), std::string::npos) << next;
+  std::filesystem::path saves = dir.path / "saves";
+  int autosaves = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(saves))
+    autosaves += entry.path().filename().string().starts_with("lane (autosave ");
+  EXPECT_EQ(autosaves, 1);
+}
+
 }  // namespace
 }  // namespace fw
+

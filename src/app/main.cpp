@@ -15,6 +15,7 @@
 #include "bindings/headless/script_runner.h"
 #include "bindings/terminal/terminal_player.h"
 #include "editor/createquest.h"
+#include "play/autosave.h"
 #include "play/start_quest.h"
 #include "forms/codepage.h"
 #include "forms/paths.h"
@@ -26,11 +27,12 @@ namespace {
 
 constexpr const char* kUsage =
     "Usage:\n"
-    "  fablewright [QUEST.fbw] [--app-dir DIR] [--home DIR] [--seed N]\n"
+    "  fablewright [QUEST.fbw | --continue] [--app-dir DIR] [--home DIR] [--seed N]\n"
     "      Opens the game window (on a desktop) or plays in the terminal (without one),\n"
-    "      with the quest given already open.\n"
+    "      with the quest given already open, or (--continue) the last game as it was\n"
+    "      saved automatically.\n"
     "      --seed N fixes the dice, so that a fight can be played again as it went.\n"
-    "  fablewright play [QUEST.fbw] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
+    "  fablewright play [QUEST.fbw | --continue] [--app-dir DIR] [--home DIR] [--silent] [--seed N]\n"
     "      Plays a quest in the terminal (or through a pipe): type an option's number.\n"
     "  fablewright edit [QUEST.fbw] [--app-dir DIR] [--home DIR]\n"
     "      Opens the quest editor (on a desktop), on a fresh quest or on the quest given.\n"
@@ -122,20 +124,24 @@ bool QuestFile(std::string& quest) {
 
 // The first step that opens the quest named on the command line, none for
 // the picture menu.
-std::function<void(fw::Program&)> OpenNamed(const std::string& quest) {
+std::function<void(fw::Program&)> OpenNamed(const std::string& quest, bool continuing = false) {
+  if (continuing) return [](fw::Program& p) { fw::frmgame::mnucontinue_Click(p); };
   if (quest.empty()) return {};
   return [path = fw::Cp1252FromUtf8(quest)](fw::Program& p) { fw::OpenQuestNamed(p, path); };
 }
 
 int Play(const std::vector<std::string>& args) {
   std::string quest;
+  bool continuing = false;
   fw::Launch launch = DefaultLaunch();
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (fw::ReadFolders(args, i, launch)) continue;
     if (args[i] == "--silent") {
       launch.sound = false;
+    } else if (args[i] == "--continue" && quest.empty()) {
+      continuing = true;
     } else if (Seed(args, i, launch)) {
-    } else if (quest.empty() && !args[i].starts_with("--")) {
+    } else if (quest.empty() && !continuing && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
       fw::RefuseArgument(args, i, "play");
@@ -145,7 +151,7 @@ int Play(const std::vector<std::string>& args) {
   if (!quest.empty() && !QuestFile(quest)) return 1;
   if (!fw::MakeUserDir(launch)) return 2;
   fw::Assembly assembly(launch);
-  return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
+  return fw::PlayInTerminal({OpenNamed(quest, continuing)}, assembly.Maker(), 0, stdout);
 }
 
 // The editor's window straight away, over the game window, on the quest
@@ -189,9 +195,12 @@ int Edit(const std::vector<std::string>& args, int argc, char** argv) {
 int Run(const std::vector<std::string>& args, int argc, char** argv) {
   fw::Launch launch = DefaultLaunch();
   std::string quest;
+  bool continuing = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (fw::ReadFolders(args, i, launch) || Seed(args, i, launch)) continue;
-    if (quest.empty() && !args[i].starts_with("--")) {
+    if (args[i] == "--continue" && quest.empty()) {
+      continuing = true;
+    } else if (quest.empty() && !continuing && !args[i].starts_with("--")) {
       quest = args[i];
     } else {
       fw::RefuseArgument(args, i, "");
@@ -202,13 +211,14 @@ int Run(const std::vector<std::string>& args, int argc, char** argv) {
   if (!fw::MakeUserDir(launch)) return 2;
   fw::Assembly assembly(launch);
   if (fw::DisplayAvailable()) {
-    std::optional<int> code = fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest), std::cerr);
+    std::optional<int> code =
+        fw::RunWindows(launch.windowModule, assembly.Maker(), argc, argv, OpenNamed(quest, continuing), std::cerr);
     if (code) return *code;
     std::cerr << "fablewright: playing in the terminal instead\n";
   } else {
     std::cerr << "fablewright: no display; playing in the terminal instead\n";
   }
-  return fw::PlayInTerminal({OpenNamed(quest)}, assembly.Maker(), 0, stdout);
+  return fw::PlayInTerminal({OpenNamed(quest, continuing)}, assembly.Maker(), 0, stdout);
 }
 
 }  // namespace
@@ -218,7 +228,7 @@ int main(int argc, char** argv) {
   // failed write, instead of the signal killing the program mid-game.
   std::signal(SIGXFSZ, SIG_IGN);
   std::vector<std::string> args(argv + 1, argv + argc);
-  if (args.empty() || args[0] == "--app-dir" || args[0] == "--home" || args[0] == "--seed")
+  if (args.empty() || args[0] == "--app-dir" || args[0] == "--home" || args[0] == "--seed" || args[0] == "--continue")
     return Run(args, argc, argv);
   const std::string& command = args[0];
   std::vector<std::string> rest(args.begin() + 1, args.end());

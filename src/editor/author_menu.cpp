@@ -3,6 +3,8 @@
 #include "editor/editor_state.h"
 #include "editor/test_play.h"
 #include "forms/program.h"
+#include "play/undo.h"
+#include "store/program_store.h"
 
 namespace fw {
 
@@ -40,6 +42,14 @@ void createquest::mnutestfrompage_Click(Program& p) {
     return;
   }
   editor::TestPlay(p, page);
+}
+
+void createquest::mnuundoswitch_Click(Program& p) {
+  bool off = ReadINI(p, kWorkingFile, "Story Info", kNoUndoKey) == "1";
+  WriteINI(p, kWorkingFile, "Story Info", kNoUndoKey, off ? "0" : "1");
+  p.MsgBox(off ? "Players of this quest may now undo their steps (Game > Undo)."
+               : "Players of this quest can no longer undo their steps.",
+           64, "Undo");
 }
 
 }  // namespace fw

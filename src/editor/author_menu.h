@@ -44,6 +44,8 @@ void mnucheckquest_Click(Program& p);
 void mnuexplorequest_Click(Program& p);
 // Test Game from the page selected in the page list instead of page 1.
 void mnutestfrompage_Click(Program& p);
+// Turns undo off for the quest's players, or on again, and says which.
+void mnuundoswitch_Click(Program& p);
 
 }  // namespace createquest
 }  // namespace fw

@@ -51,6 +51,7 @@ constexpr HandlerDecl kHandlers[] = {
     {"mnucheckquest", Event::Click, mnucheckquest_Click},
     {"mnuexplorequest", Event::Click, mnuexplorequest_Click},
     {"mnutestfrompage", Event::Click, mnutestfrompage_Click},
+    {"mnuundoswitch", Event::Click, mnuundoswitch_Click},
     {"pg", Event::Click, pg_Click},
     {"Command1", Event::Click, Command1_Click},
     {"Command2", Event::Click, Command2_Click},

@@ -73,6 +73,8 @@ constexpr ControlDecl kControls[] = {
     {.name = "mnuexplorequest", .kind = Kind::Menu, .parent = "mnuauthortools", .caption = "&Explore the Quest"},
     {.name = "mnutestfrompage", .kind = Kind::Menu, .parent = "mnuauthortools",
      .caption = "&Test Play from the Selected Page"},
+    {.name = "mnuundoswitch", .kind = Kind::Menu, .parent = "mnuauthortools",
+     .caption = "Turn Players' &Undo On or Off"},
 
     // Dialogs and the timer.
     {.name = "questfile", .kind = Kind::FileDialog, .filter = "*.fbw|*.fbw", .defaultExt = "*.fbw"},

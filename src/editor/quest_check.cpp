@@ -11,6 +11,7 @@
 #include "play/page_keys.h"
 #include "play/page_rules.h"
 #include "play/quest_paths.h"
+#include "play/undo.h"
 #include "store/program_store.h"
 
 namespace fw {
@@ -145,6 +146,14 @@ struct Checker {
     }
   }
 
+  // Story Info's switch of undo: "1" turns it off, blank or "0" leaves it on.
+  void UndoSwitch() {
+    std::string_view value = g.image->Value("Story Info", kNoUndoKey);
+    if (!value.empty() && value != "0" && value != "1")
+      Add("Story Info", Level::Warning,
+          std::string(kNoUndoKey) + " " + Quoted(value) + " is neither 1 nor 0: players may undo their steps");
+  }
+
   void LineBreaks() {
     for (const ProfileImage::Section& s : g.image->Sections())
       for (const ProfileImage::Stray& stray : s.strays)
@@ -187,6 +196,7 @@ std::vector<Finding> CheckQuestGraph(Program& p, const QuestGraph& graph, std::s
   if (graph.first < 0)
     c.Add(std::string(kFirstPage), Level::Error, "the quest has no page 1, where every game starts");
   c.EditorReach();
+  c.UndoSwitch();
   c.LineBreaks();
   for (const PageNode& page : graph.pages) {
     c.Reach(page);

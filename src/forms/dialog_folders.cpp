@@ -14,7 +14,9 @@ struct DialogMemory {
 };
 
 // Saved games and character files are the player's own.
-bool HoldsPlayersFiles(const FileDialogRequest& r) { return r.defaultExt == "*.sav" || r.defaultExt == "*.cha"; }
+bool HoldsPlayersFiles(const FileDialogRequest& r) {
+  return r.defaultExt == "*.sav" || r.defaultExt == "*.cha" || r.defaultExt == "*.txt";
+}
 
 bool UnderSystemFolder(const std::string& folder) {
   std::string path = std::filesystem::path(folder).lexically_normal().string();

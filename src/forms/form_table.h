@@ -80,6 +80,7 @@ struct ControlDecl {
   std::span<const char* const> items{};  // a list box's entries at start
   const char* toolTip = "";       // the hover text the window shows; no logic reads it
   int value = 0;                  // a check box's Value at start
+  const char* shortcut = "";      // a menu item's key, as a toolkit spells it ("Ctrl+Z"); no logic reads it
 };
 
 // A key of the keyboard that stands for a control: pressing it does to the

@@ -401,6 +401,37 @@ void FormSurface::SetMediaFile(ControlId id, std::string_view file) {
   Changed(id, Prop::FileName);
 }
 
+void FormSurface::Restore(ControlId id, const Control& before) {
+  Control& c = At(id);
+  auto put = [&](auto& field, const auto& value, Prop prop) {
+    if (field == value) return;
+    field = value;
+    Changed(id, prop);
+  };
+  bool text = c.decl->kind == Kind::TextBox;
+  put(c.caption, before.caption, c.decl->kind == Kind::DirListBox ? Prop::Path : text ? Prop::Text : Prop::Caption);
+  put(c.selStart, before.selStart, Prop::SelStart);
+  put(c.left, before.left, Prop::Left);
+  put(c.top, before.top, Prop::Top);
+  put(c.width, before.width, Prop::Width);
+  put(c.height, before.height, Prop::Height);
+  put(c.visible, before.visible, Prop::Visible);
+  put(c.enabled, before.enabled, Prop::Enabled);
+  put(c.optionValue, before.optionValue, Prop::Value);
+  put(c.checkValue, before.checkValue, Prop::Value);
+  put(c.list, before.list, Prop::List);
+  put(c.listIndex, before.listIndex, Prop::ListIndex);
+  put(c.barMax, before.barMax, Prop::Max);
+  put(c.barValue, before.barValue, Prop::Value);
+  put(c.picture, before.picture, Prop::Picture);
+  put(c.initDir, before.initDir, Prop::InitDir);
+  c.clickX = before.clickX;
+  c.clickY = before.clickY;
+  if (c.decl->kind == Kind::MediaPlayer) return;
+  c.fileTitle = before.fileTitle;
+  put(c.fileName, before.fileName, Prop::FileName);
+}
+
 const HandlerDecl* FormSurface::Handler(int form, int index, Event event) const {
   const FormState& f = forms_[form];
   std::size_t slot = static_cast<std::size_t>(index) * kEventCount + static_cast<int>(event);

@@ -158,6 +158,11 @@ class FormSurface {
   void SetMediaFile(ControlId id, std::string_view file);
   // A directory list's folder (a program path); raises Change when it differs.
   void SetPath(ControlId id, std::string_view path);
+  // Puts back the values a control had (a copy of it taken earlier): every
+  // property that differs, each told to the bindings as a change of its
+  // own, and no event raised. A timer's count and a media player's playing
+  // are the running program's and stay as they are.
+  void Restore(ControlId id, const Control& before);
   // Tells the bindings to read the folders of a directory list again.
   void RefreshDir(ControlId id) { Changed(id, Prop::Path); }
 
@@ -186,6 +191,9 @@ class FormSurface {
   // nothing has changed since, its next tick would change nothing either:
   // an event loop may sleep through it. Infinity when every timer is settled.
   double NextUnsettledTimerDue() const;
+
+  // How many values have changed since the start: equal counts mean nothing changed between.
+  long ChangeCount() const { return changes_; }
 
   void SetObserver(SurfaceObserver* observer) { observer_ = observer; }
   Program& program() { return program_; }

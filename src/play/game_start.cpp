@@ -47,7 +47,7 @@ void LoadGameArt(Program& p) {
 // A packaged game shows neither the menu bar nor the authoring parts.
 void HideAuthoring(Program& p) {
   FormSurface& s = p.surface();
-  for (const char* menu : {"mnufile", "mnuhelp", "mnupdate"}) Menu(s, kForm, menu).SetVisible(false);
+  for (const char* menu : {"mnufile", "mnugame", "mnuhelp", "mnupdate"}) Menu(s, kForm, menu).SetVisible(false);
   FormHandle(s, kForm).SetCaption(ReadINI(p, GameDat(p), "Game Data", "Title"));
   Image(s, kForm, "Image8").SetVisible(false);
   Image(s, kForm, "Image1").SetVisible(false);

@@ -7,7 +7,7 @@ class Program;
 // The line in the option area at a page with no options (Windows-1252): how
 // to play again, by the menu this window offers. A packaged game hides the
 // File menu; its menu button leads to New Game.
-inline constexpr const char* kTheEnd = "The End \x97 File > Load A Quest File to play again";
+inline constexpr const char* kTheEnd = "The End \x97 Game > Restart Quest to play again";
 inline constexpr const char* kTheEndPackaged = "The End \x97 Menu > New Game to play again";
 
 namespace frmgame {

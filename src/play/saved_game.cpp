@@ -1,5 +1,8 @@
 #include "play/saved_game.h"
 
+#include <ctime>
+#include <string_view>
+
 #include "forms/convert.h"
 #include "forms/program.h"
 #include "media/midi_api.h"
@@ -7,6 +10,7 @@
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/quest_paths.h"
+#include "play/undo.h"
 #include "store/program_store.h"
 #include "store/records.h"
 #include "store/scrambler.h"
@@ -67,6 +71,39 @@ bool WriteSave(Program& p, const GameState& g, const std::string& target, const 
   }
   return WriteINIKeys(p, target, entries);
 }
+
+// The local time as a saved game's proposed name carries it: "2026-11-25 14.05".
+std::string Stamp() {
+  std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H.%M", &local);
+  return text;
+}
+
+// A name part without the characters a file name cannot hold everywhere.
+std::string NamePart(std::string text) {
+  for (char& c : text)
+    if (std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos || static_cast<unsigned char>(c) < 32) c = '-';
+  return text;
+}
+
+}  // namespace
+
+std::string ProposedSaveName(Program& p) {
+  GameState g(p);
+  std::string name;
+  for (std::string part : {QuestKey(p, g, "Story Info", "Title"), CurrentLocation(p), Stamp()}) {
+    part = NamePart(part);
+    if (part.empty()) continue;
+    if (!name.empty()) name += " - ";
+    name += part;
+  }
+  return name + ".sav";
+}
+
+namespace {
 
 // The file the player picks, after the start-of-command checks; nullopt
 // when the command ends there.
@@ -130,12 +167,20 @@ void LoadMedia(Program& p, const GameState& g) {
 }
 
 void FinishLoad(Program& p, const GameState& g) {
+  ForgetSteps(p);
   TranscriptEntry(p, g, "Loaded Successfully.");
   LoadMedia(p, g);
   SaveDialog(p).SetFileName("");
 }
 
 }  // namespace
+
+bool WriteGameTo(Program& p, const std::string& file) {
+  GameState g(p);
+  std::vector<std::string> values = ScreenValues(g);
+  std::string badKey;
+  return EncodeAll(values, badKey) && WriteSave(p, g, file, values);
+}
 
 void frmgame::mnusave_Click(Program& p) {
   GameState g(p);
@@ -144,6 +189,7 @@ void frmgame::mnusave_Click(Program& p) {
     return;
   }
   SaveDialog(p).SetInitDir(p.AppPath());
+  SaveDialog(p).SetFileName(ProposedSaveName(p));
   auto file = PickSave(p, true);
   if (!file) return;
   std::vector<std::string> values = ScreenValues(g);

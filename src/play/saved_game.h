@@ -26,6 +26,14 @@ enum class SaveRead { Page, Whole };
 // does not keep it from loading.
 std::optional<SavedGame> ReadSavedGame(Program& p, const std::string& file, SaveRead what = SaveRead::Whole);
 
+// The name the save dialog proposes: the quest's title, the place and the
+// local time, "The Lantern Road - The old bridge - 2026-11-25 14.05.sav".
+std::string ProposedSaveName(Program& p);
+
+// Writes the game on screen into a saved game, as Save Current Game writes
+// one, without a dialog or a box; false when it could not be written.
+bool WriteGameTo(Program& p, const std::string& file);
+
 namespace frmgame {
 
 // Save Current Game, from the menu and from the picture menu.

@@ -4,6 +4,7 @@
 
 #include "forms/convert.h"
 #include "forms/program.h"
+#include "play/autosave.h"
 #include "play/battle_hooks.h"
 #include "play/game_state.h"
 #include "play/list_find.h"
@@ -87,6 +88,7 @@ void ShowPage(Program& p, PageCaller caller) {
   Skip([&] { BattleStep(p, g); });
   for (int n = 1; n <= 4; ++n) Skip([&] { g.Option(n).SetValue(false); });
   if (steps.hideMenu) Skip([&] { PictureBox(p.surface(), "FrmGame", "Picture2").SetVisible(false); });
+  ScheduleAutosave(p);
 }
 
 }  // namespace fw

@@ -10,6 +10,7 @@
 #include "play/page_rules.h"
 #include "play/show_page.h"
 #include "play/transcript.h"
+#include "play/undo.h"
 
 namespace fw {
 namespace {
@@ -64,6 +65,7 @@ void ShowTestPage(Program& p, const GameState& g) {
 
 void StartQuest(Program& p, QuestEntry entry, std::string_view firstPage) {
   GameState g(p);
+  ForgetSteps(p);
   if (entry == QuestEntry::PackagedStart || entry == QuestEntry::LoadQuestFile) OpenCharacterPanel(p, g, entry);
   WriteBanner(p, g);
   EnterFirstPage(p, g, std::string(firstPage));
@@ -80,7 +82,7 @@ void StartQuest(Program& p, QuestEntry entry, std::string_view firstPage) {
 void LoadTmpGame(Program& p, std::string_view firstPage) {
   GameState g(p);
   FileDialog(p.surface(), "FrmGame", "questfile").SetInitDir(p.AppPath());
-  g.questfil.SetCaption("tmpquest.ini");
+  g.questfil.SetCaption(kTestPlayQuest);
   g.List1.Clear();
   StartQuest(p, QuestEntry::TmpGame, firstPage);
 }
@@ -103,6 +105,28 @@ void frmgame::mnuloadquest_Click(Program& p) {
   g.questfil.SetCaption(questfile.FileName());
   // A cancelled dialog leaves questfil blank and the screen as it stood.
   if (g.questfil.Caption().empty()) return;
+  g.List1.Clear();
+  StartQuest(p, QuestEntry::LoadQuestFile);
+}
+
+void frmgame::mnurestart_Click(Program& p) {
+  GameState g(p);
+  if (g.questfil.Caption() == kNoQuest) {
+    p.MsgBox("You must load a quest file before you can restart it!", 0);
+    return;
+  }
+  if (p.MsgBox("Start this quest again from its first page? The current game ends without saving.", 4,
+               "Restart Quest") != 6)
+    return;
+  ReopenQuest(p, g.questfil.Caption());
+}
+
+void ReopenQuest(Program& p, std::string_view quest) {
+  GameState g(p);
+  FileDialog questfile(p.surface(), "FrmGame", "questfile");
+  questfile.SetInitDir(p.AppPath());
+  questfile.SetFileName(quest);
+  g.questfil.SetCaption(questfile.FileName());
   g.List1.Clear();
   StartQuest(p, QuestEntry::LoadQuestFile);
 }

@@ -29,10 +29,21 @@ void LoadTmpGame(Program& p, std::string_view firstPage = "1");
 // It opens even where the picture menu is not on screen (a packaged game).
 void OpenQuestNamed(Program& p, std::string_view path);
 
+// Opens the quest (a program path) as Load A Quest File opens it, without
+// its warning and its dialog: Restart and Continue.
+void ReopenQuest(Program& p, std::string_view quest);
+
+// The quest file of the editor's test play, in the per-user folder.
+inline constexpr const char* kTestPlayQuest = "tmpquest.ini";
+
 namespace frmgame {
 
 // File / Load A Quest File, with its warning while a game is open.
 void mnuloadquest_Click(Program& p);
+
+// Game / Restart Quest: after one question, the open quest starts again as
+// Load A Quest File starts it, without the dialog.
+void mnurestart_Click(Program& p);
 
 }  // namespace frmgame
 

@@ -2,6 +2,7 @@
 
 #include "media/midi_api.h"
 #include "media/page_media.h"
+#include "play/autosave.h"
 #include "play/battle.h"
 #include "play/battle_hooks.h"
 #include "play/character.h"
@@ -10,6 +11,8 @@
 #include "play/page_view.h"
 #include "play/saved_game.h"
 #include "play/start_quest.h"
+#include "play/transcript.h"
+#include "play/undo.h"
 #include "shell/credits.h"
 #include "shell/game_menus.h"
 #include "shell/game_panels.h"
@@ -19,7 +22,7 @@ namespace fw {
 namespace {
 
 // The window's handlers live in fw::frmgame, since every form has its own
-// Form_Load and its own Timer1.
+// Form_Load and its own Timer1. The player's steps are recorded for Undo.
 using namespace frmgame;
 
 constexpr HandlerDecl kHandlers[] = {
@@ -28,21 +31,21 @@ constexpr HandlerDecl kHandlers[] = {
     {"Image1", Event::Click, Image1_Click},
     {"Image11", Event::Click, Image11_Click},
     {"mnuloadquest", Event::Click, mnuloadquest_Click},
-    {"Picture1", Event::Click, Picture1_Click},
+    {"Picture1", Event::Click, Undoable<Picture1_Click>},
     {"Timer1", Event::Timer, Timer1_Timer},
     {"Timer2", Event::Timer, Timer2_Timer},
     {"Command2", Event::Click, Command2_Click},
     {"Text1", Event::Change, Text1_Change},
-    {"Command10", Event::Click, Command10_Click},
-    {"Command9", Event::Click, Command9_Click},
+    {"Command10", Event::Click, Undoable<Command10_Click>},
+    {"Command9", Event::Click, Undoable<Command9_Click>},
     {"Timer3", Event::Timer, Timer3_Timer},
     {"Command11", Event::Click, Command11_Click},
     {"Command3", Event::Click, Command3_Click},
     {"mnusavechar", Event::Click, mnusavechar_Click},
     {"Picture5", Event::Click, Picture5_Click},
     {"Image12", Event::Click, Image12_Click},
-    {"Picture7", Event::Click, Picture7_Click},
-    {"Picture8", Event::Click, Picture8_Click},
+    {"Picture7", Event::Click, Undoable<Picture7_Click>},
+    {"Picture8", Event::Click, Undoable<Picture8_Click>},
     {"mnusave", Event::Click, mnusave_Click},
     {"Image6", Event::Click, Image6_Click},
     {"mnuload", Event::Click, mnuload_Click},
@@ -78,6 +81,10 @@ constexpr HandlerDecl kHandlers[] = {
     {"Label14", Event::MouseMove, Label14_MouseMove},
     {"Label15", Event::MouseMove, Label15_MouseMove},
     {"mnucreatequest", Event::Click, mnucreatequest_Click},
+    {"mnuundo", Event::Click, mnuundo_Click},
+    {"mnurestart", Event::Click, mnurestart_Click},
+    {"mnucontinue", Event::Click, mnucontinue_Click},
+    {"mnutranscript", Event::Click, mnutranscript_Click},
 };
 
 }  // namespace

@@ -52,6 +52,12 @@ constexpr ControlDecl kControls[] = {
     {.name = "mnusave", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Save Current Game"},
     {.name = "mnusavechar", .kind = Kind::Menu, .parent = "mnufile", .caption = "Save C&haracter File"},
     {.name = "mnuexit", .kind = Kind::Menu, .parent = "mnufile", .caption = "&Exit"},
+    // The player's comforts, apart from File so that File stays as it was.
+    {.name = "mnugame", .kind = Kind::Menu, .caption = "&Game"},
+    {.name = "mnuundo", .kind = Kind::Menu, .parent = "mnugame", .caption = "&Undo", .enabled = false, .shortcut = "Ctrl+Z"},
+    {.name = "mnurestart", .kind = Kind::Menu, .parent = "mnugame", .caption = "&Restart Quest"},
+    {.name = "mnucontinue", .kind = Kind::Menu, .parent = "mnugame", .caption = "&Continue"},
+    {.name = "mnutranscript", .kind = Kind::Menu, .parent = "mnugame", .caption = "Save &Transcript..."},
     {.name = "mnuhelp", .kind = Kind::Menu, .caption = "&Help"},
     {.name = "mnuabout", .kind = Kind::Menu, .parent = "mnuhelp", .caption = "&About"},
     {.name = "mnucredits", .kind = Kind::Menu, .parent = "mnuhelp", .caption = "&Credits"},
@@ -80,6 +86,7 @@ constexpr ControlDecl kControls[] = {
     {.name = "file", .kind = Kind::FileDialog, .filter = "*.sav|*.sav", .defaultExt = "*.sav"},
     {.name = "questfile", .kind = Kind::FileDialog, .filter = "*.fbw|*.fbw", .defaultExt = "*.fbw"},
     {.name = "charfile", .kind = Kind::FileDialog, .filter = "*.cha|*.cha", .defaultExt = "*.cha"},
+    {.name = "transcriptfile", .kind = Kind::FileDialog, .filter = "*.txt|*.txt", .defaultExt = "*.txt"},
 
     // The page view.
     {.name = "PicWindow", .kind = Kind::Image, .left = 3720, .top = 0, .width = 4575, .height = 2175, .toolTip = "The page's picture"},

@@ -108,6 +108,11 @@ bool QuestStore::CopyFile(std::string_view from, std::string_view to) const {
   return RewriteFile(*disk_, Resolve(to), [&](std::string& old) { return Replace(old, text); });
 }
 
+bool QuestStore::WriteText(std::string_view path, std::string_view text) const {
+  if (path.empty()) return false;
+  return RewriteFile(*disk_, Resolve(path), [&](std::string& old) { return Replace(old, std::string(text)); });
+}
+
 namespace {
 
 // The stamp and number of a kept copy of `stem`: "castle 2026-11-23

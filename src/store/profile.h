@@ -58,6 +58,10 @@ class QuestStore {
   // missing file or section counts); false when the file could not be written.
   bool DeleteSection(std::string_view path, std::string_view section) const;
 
+  // Puts the whole text into the file in one step, as CopyFile writes.
+  // False, with the file untouched, when it cannot be written.
+  bool WriteText(std::string_view path, std::string_view text) const;
+
   // Replaces `to` with a copy of `from` in one step: `to` is the old file or
   // the whole copy, never a part. False, with `to` untouched, when `from`
   // cannot be read or `to` cannot be written.

@@ -16,6 +16,7 @@ struct ProgramStore {
   // A file served from memory while a tool plays it: its store path and image.
   std::string servedPath;
   std::shared_ptr<const ProfileImage> served;
+  WriteWatch watch;
 };
 
 const QuestStore& StoreOf(Program& p) {
@@ -47,6 +48,11 @@ void AfterWrite(Program& p, const std::string& storePath) {
   if (module.served && module.servedPath == storePath) module.served = StoreOf(p).ReadImage(storePath);
 }
 
+void BeforeWrite(Program& p, std::string_view path) {
+  // A copy: the watcher may replace itself.
+  if (WriteWatch watch = p.Module<ProgramStore>().watch) watch(p, path);
+}
+
 // Names and keys pass to the file's reader as C strings.
 std::string_view UpToNul(std::string_view s) { return s.substr(0, s.find('\0')); }
 
@@ -60,6 +66,7 @@ std::string ReadINI(Program& p, std::string_view path, std::string_view section,
 
 void WriteINI(Program& p, std::string_view path, std::string_view section, std::string_view key,
               std::string_view value) {
+  BeforeWrite(p, path);
   std::string store = StorePath(p, path);
   StoreOf(p).WriteINI(store, section, key, value);
   AfterWrite(p, store);
@@ -84,6 +91,7 @@ std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view pa
 }
 
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries) {
+  BeforeWrite(p, path);
   std::string store = StorePath(p, path);
   bool written = StoreOf(p).WriteINIKeys(store, entries);
   AfterWrite(p, store);
@@ -94,12 +102,34 @@ std::optional<std::string> ReadINIText(Program& p, std::string_view path) {
   return StoreOf(p).ReadText(StorePath(p, path));
 }
 
+bool WriteINIText(Program& p, std::string_view path, std::string_view text) {
+  BeforeWrite(p, path);
+  std::string store = StorePath(p, path);
+  bool written = StoreOf(p).WriteText(store, text);
+  AfterWrite(p, store);
+  return written;
+}
+
+void WatchINIWrites(Program& p, WriteWatch watch) { p.Module<ProgramStore>().watch = std::move(watch); }
+
+std::string INIHostPath(Program& p, std::string_view path) { return StoreOf(p).Resolve(StorePath(p, path)); }
+
+bool SameINIFile(Program& p, std::string_view a, std::string_view b) { return INIHostPath(p, a) == INIHostPath(p, b); }
+
 bool DeleteINISection(Program& p, std::string_view path, std::string_view section) {
-  return StoreOf(p).DeleteSection(StorePath(p, path), section);
+  BeforeWrite(p, path);
+  std::string store = StorePath(p, path);
+  bool deleted = StoreOf(p).DeleteSection(store, section);
+  AfterWrite(p, store);
+  return deleted;
 }
 
 bool CopyProfileFile(Program& p, std::string_view from, std::string_view to) {
-  return StoreOf(p).CopyFile(StorePath(p, from), StorePath(p, to));
+  BeforeWrite(p, to);
+  std::string store = StorePath(p, to);
+  bool copied = StoreOf(p).CopyFile(StorePath(p, from), store);
+  AfterWrite(p, store);
+  return copied;
 }
 
 std::string BackupsFolder(Program& p) { return p.UserDir() + "/" + kBackupsFolder; }

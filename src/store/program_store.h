@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -30,6 +31,18 @@ bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore:
 
 // The whole text of a profile file; nullopt when it cannot be read.
 std::optional<std::string> ReadINIText(Program& p, std::string_view path);
+// Puts a whole text back into a profile file (one read by ReadINIText), as
+// safely as WriteINI writes; false when it could not be written.
+bool WriteINIText(Program& p, std::string_view path, std::string_view text);
+// Told of a profile file just before a write through these functions may
+// change it, with the path as the caller named it; one watcher a program,
+// none to stop.
+using WriteWatch = std::function<void(Program& p, std::string_view path)>;
+void WatchINIWrites(Program& p, WriteWatch watch);
+// The host path of the file the store reads for a profile path (UTF-8).
+std::string INIHostPath(Program& p, std::string_view path);
+// Whether two paths name the same profile file as the store sees them.
+bool SameINIFile(Program& p, std::string_view a, std::string_view b);
 // Takes a section out of a profile file, as safely as WriteINI writes.
 bool DeleteINISection(Program& p, std::string_view path, std::string_view section);
 // Replaces `to` with a whole copy of `from`, or leaves it as it was.

@@ -122,7 +122,8 @@ TEST(QtAuthorTools, TheMenuStandsBesideTheEditorsOwn) {
   ASSERT_NE(tools, nullptr);
   QStringList items;
   for (QAction* action : tools->actions()) items << action->text();
-  EXPECT_EQ(items, QStringList({"Quest &Map", "&Check the Quest", "&Explore the Quest", "&Test Play from the Selected Page"}));
+  EXPECT_EQ(items, QStringList({"Quest &Map", "&Check the Quest", "&Explore the Quest", "&Test Play from the Selected Page",
+                                "Turn Players' &Undo On or Off"}));
   // The menu open over the editor, for a picture.
   editor->show();
   tools->popup(editor->mapToGlobal(editor->menuBar()->actionGeometry(tools->menuAction()).bottomLeft()));

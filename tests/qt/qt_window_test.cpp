@@ -36,7 +36,7 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   ASSERT_NE(window, nullptr);
   EXPECT_EQ(window->windowTitle(), "Fablewright 2004 - Beta 5.9");
   EXPECT_EQ(window->centralWidget()->width(), QtWindows::Px(8385));
-  EXPECT_EQ(window->menuBar()->actions().size(), 3);
+  EXPECT_EQ(window->menuBar()->actions().size(), 4);
 
   FormSurface& s = t.surface();
   testing::SaveCheckedScreenshot(windows, s, game, "picture-menu-bare");
@@ -66,6 +66,21 @@ TEST(QtWindows, BuildsTheGameWindowFromItsTableAndMirrorsBothWays) {
   t.program.RunDue();
   EXPECT_FALSE(option->isVisible());
   testing::SaveCheckedScreenshot(windows, s, game, "page-without-options");
+
+  // Game > Undo, on Ctrl+Z, takes the choice back.
+  QMenu* gameMenu = window->menuBar()->actions()[1]->menu();
+  ASSERT_NE(gameMenu, nullptr);
+  QAction* undo = gameMenu->actions()[0];
+  EXPECT_EQ(undo->text(), "&Undo");
+  EXPECT_EQ(undo->shortcut(), QKeySequence(QKeySequence::Undo));
+  ASSERT_TRUE(undo->isEnabled());
+  gameMenu->popup(window->mapToGlobal(QPoint(0, 0)));
+  testing::SaveScreenshot(gameMenu, "game-menu");
+  gameMenu->hide();
+  undo->trigger();
+  EXPECT_EQ(s.At(s.Id("FrmGame", "pg")).caption, "1");
+  EXPECT_TRUE(transcript->toPlainText().endsWith("(Undone.)"));
+  EXPECT_FALSE(undo->isEnabled());
 }
 
 // The character panel, a fight and the inventory through the window's own

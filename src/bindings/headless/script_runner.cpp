@@ -18,6 +18,7 @@
 #include "forms/user_actions.h"
 #include "media/midi_state.h"
 #include "play/transcript_echo.h"
+#include "shell/game_commands.h"
 #include "store/program_store.h"
 
 namespace fw {
@@ -190,6 +191,12 @@ void ScriptRunner::UserCommand(const Words& w) {
     int form = s.FindForm(w[1]);
     if (form < 0) Error("unknown form " + w[1]);
     if (std::string why = CloseForm(*program_, form); !why.empty()) Error(w[1] + " " + why);
+    return;
+  }
+  if (const GameCommand* game = FindGameCommand(cmd)) {
+    if (w.size() > (game->dialog ? 2u : 1u)) Error("'" + cmd + "' takes " + (game->dialog ? "a file" : "no argument"));
+    std::string file = w.size() == 2 ? Cp1252FromUtf8(ScriptPath(w[1])) : std::string();
+    if (std::string why = RunGameCommand(*program_, *game, file); !why.empty()) Error(cmd + ": " + why);
     return;
   }
   if (cmd == "key") {

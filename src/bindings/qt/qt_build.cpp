@@ -2,6 +2,7 @@
 // small factory for its kind, and what every widget gets after that.
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLayout>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -371,6 +372,7 @@ void QtWindows::BuildMenus(int form) {
       QObject::connect(fw.actions[i], &QAction::triggered, this, [this, id] { User(id, UserAction::Click); });
     } else if (menus.count(parent)) {
       fw.actions[i] = menus[parent]->addAction(Q(d.caption));
+      if (*d.shortcut) fw.actions[i]->setShortcut(QKeySequence(QString(d.shortcut)));
       QObject::connect(fw.actions[i], &QAction::triggered, this, [this, id] { User(id, UserAction::Click); });
     }
   }

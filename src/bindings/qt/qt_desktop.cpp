@@ -140,6 +140,9 @@ std::optional<std::string> QtDialogs::FileDialog(const FileDialogRequest& r) {
   QFileDialog dialog(parent, {}, dir, Filter(r.filter));
   dialog.setAcceptMode(r.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(r.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  // A save proposes the name the game gave it.
+  if (r.save && !r.fileName.empty())
+    dialog.selectFile(QString::fromStdString(Utf8FromCp1252(r.fileName.substr(r.fileName.find_last_of("/\\") + 1))));
   // A file dialog keeps the size it is given, whatever its text.
   if (double zoom = ZoomLike(&dialog, parent); zoom != 1.0) {
     QScreen* screen = parent ? parent->screen() : QGuiApplication::primaryScreen();

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
@@ -17,6 +18,7 @@
 
 #include "bindings/terminal/terminal_io.h"
 #include "bindings/terminal/text_lines.h"
+#include "shell/game_commands.h"
 
 namespace fw {
 namespace {
@@ -24,13 +26,14 @@ namespace {
 // The first words of the commands, for Tab.
 constexpr const char* kCommandWords[] = {"attack", "character", "close", "create", "escape", "help",
                                          "items",  "load",      "look",  "name",   "open",   "quit",
-                                         "reroll", "save",      "score"};
+                                         "reroll", "save",      "score", "status"};
 
 class EditedLines : public LineInput {
  public:
   EditedLines(int fd, TerminalOut& out, IdleCall idle);
   ~EditedLines() override;
   std::optional<std::string> Next(std::string_view prompt, Asking asking) override;
+  bool AtTerminal() const override { return true; }
 
  private:
   static void OnLine(char* line);
@@ -157,6 +160,9 @@ std::vector<std::string> EditedLines::CommandMatches(const char* text) const {
   if (before.empty()) {
     for (const char* command : kCommandWords)
       if (std::string_view(command).starts_with(word)) matches.emplace_back(command);
+    for (const GameCommand& command : kGameCommands)
+      if (std::string_view(command.word).starts_with(word)) matches.emplace_back(command.word);
+    std::sort(matches.begin(), matches.end());
   } else if ((before == "save" || before == "load") && std::string_view("character").starts_with(word)) {
     matches.emplace_back("character");
   }

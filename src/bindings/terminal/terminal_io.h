@@ -26,6 +26,8 @@ class LineInput {
   // Shows the prompt and gives the next line without its end, or nullopt at
   // the end of input.
   virtual std::optional<std::string> Next(std::string_view prompt, Asking asking) = 0;
+  // Whether a person at a terminal reads the prompt (not a pipe).
+  virtual bool AtTerminal() const { return false; }
   // The folder a bare name at the next path prompt means (a host path; ""
   // for the current one), where Tab completes it.
   void SetFolder(std::string folder) { folder_ = std::move(folder); }

@@ -21,21 +21,26 @@
 #include "play/game_state.h"
 #include "play/page_keys.h"
 #include "play/transcript_echo.h"
+#include "shell/game_commands.h"
 #include "shell/small_forms.h"
 
 namespace fw {
 namespace {
 
 // One command a line, so that a screen reader reads each on its own.
-constexpr const char* kHelp =
+constexpr const char* kHelpFirst =
     "Type the number of an option to choose it, or one of these:\n"
     "  look: the place, the page and its options again\n"
     "  score: the score\n"
+    "  status: the place and the score\n"
     "  items: the key items you carry\n"
     "  character: the character and its gauges\n"
     "  attack, escape: strike in a battle, or run from it\n"
     "  save, load: save the game, or load a saved one\n"
-    "  open: open another quest file\n"
+    "  open: open another quest file\n";
+
+// After the Game menu's commands.
+constexpr const char* kHelpRest =
     "  about: who made the game\n"
     "  news: what's new in this version\n"
     "  update: look for a newer version\n"
@@ -106,6 +111,7 @@ class TerminalGame {
   void Choose(int n);
   void Command(const std::string& line);
   bool PanelCommand(const std::string& words, const std::string& line);
+  bool GameMenu(const std::string& words, const std::string& line);
   void Click(const char* control);
   void SaveCharacter();
   void LoadCharacter();
@@ -113,6 +119,7 @@ class TerminalGame {
   bool Shown(const char* control);
   std::string Text(const char* control);
   std::string Standing();
+  std::string Status();
   bool QuestOpen();
   void ShowCharacter();
   void ShowItems();
@@ -190,7 +197,7 @@ void TerminalGame::ListOptions() {
     atEnding_ = true;
     ShowScore(!endingSeen);
     out_.Printf("%s\n%s\n", Text("lblTheEnd").c_str(),
-                Reachable("mnuloadquest") ? "(Type open, quit or help.)" : "(Type quit or help.)");
+                Reachable("mnuloadquest") ? "(Type restart, open, quit or help.)" : "(Type restart, quit or help.)");
   } else if (!Shown("Option1") && !Shown("Option2") && !Shown("Option3") && !Shown("Option4")) {
     ShowScore(false);
     out_.Write("(No options. Type open, quit or help.)\n");
@@ -242,6 +249,13 @@ void TerminalGame::ShowScore(bool always) {
 // Both sides of a fight, named as the battle panel's labels name them.
 std::string TerminalGame::Standing() {
   return Text("Label4") + " " + Text("Label6") + "   " + Text("Label3") + " " + Text("Label5");
+}
+
+// Where the player stands and the score, as the prompt shows them at a
+// terminal: "Gatehouse · 40".
+std::string TerminalGame::Status() {
+  std::string place = Utf8FromCp1252(CurrentLocation(*program_));
+  return (place.empty() ? std::string() : place + " \u00b7 ") + Text("score");
 }
 
 void TerminalGame::ShowBattle() {
@@ -423,16 +437,36 @@ bool TerminalGame::PanelCommand(const std::string& words, const std::string& lin
   return true;
 }
 
+// The Game menu's commands; one that takes a file has it after the word,
+// as typed.
+bool TerminalGame::GameMenu(const std::string& words, const std::string& line) {
+  std::string word = words.substr(0, words.find(' '));
+  const GameCommand* game = FindGameCommand(word);
+  if (!game || (!game->dialog && word != words)) return false;
+  std::string file;
+  if (word != words) {
+    std::string_view typed = Trimmed(line);
+    file = typed_(Trimmed(typed.substr(typed.find_first_of(" \t"))));
+  }
+  if (std::string why = RunGameCommand(*program_, *game, file); !why.empty()) out_.Printf("%s\n", why.c_str());
+  return true;
+}
+
 void TerminalGame::Command(const std::string& line) {
   FormSurface& s = program_->surface();
   std::string words = CommandWords(line);
   if (PanelCommand(words, line)) {
   } else if (words == "help" || words == "h" || words == "?") {
-    out_.Write(kHelp);
+    out_.Write(kHelpFirst);
+    for (const GameCommand& c : kGameCommands) out_.Printf("  %s%s: %s\n", c.word, c.dialog ? " FILE" : "", c.help);
+    out_.Write(kHelpRest);
   } else if (words == "look" || words == "l") {
     Look();
   } else if (words == "score") {
     ShowScore(true);
+  } else if (words == "status") {
+    if (QuestOpen()) out_.Printf("%s\n", Status().c_str());
+    else out_.Write("No quest loaded.\n");
   } else if (words == "open" || words == "o") {
     Click("mnuloadquest");
   } else if (words == "about") {
@@ -441,6 +475,7 @@ void TerminalGame::Command(const std::string& line) {
     Click("mnuauto");
   } else if (words == "news") {
     ShowWhatsNew();
+  } else if (GameMenu(words, line)) {
   } else if (words == "quit" || words == "q") {
     CloseForm(*program_, s.FindForm("FrmGame"));
   } else if (!words.empty() && words.find_first_not_of("0123456789") == std::string::npos) {
@@ -465,7 +500,7 @@ int TerminalGame::Run() {
     Settle();
     TellNotices();
     ListOptions();
-    auto line = input_->Next("> ", Asking::Command);
+    auto line = input_->Next(input_->AtTerminal() && QuestOpen() ? Status() + " > " : "> ", Asking::Command);
     if (!line) break;
     Command(*line);
   }

@@ -25,7 +25,7 @@ fw_layer(fw_editor editor LINKS fw_play)
 fw_layer(fw_packager packager LINKS fw_store)
 fw_project_licence(fw_packager)
 fw_layer(fw_shell shell LINKS fw_play fw_editor fw_packager)
-fw_layer(fw_headless bindings/headless LINKS fw_play fw_platform)
+fw_layer(fw_headless bindings/headless LINKS fw_shell fw_platform)
 fw_layer(fw_web bindings/web LINKS fw_play fw_platform)
 
 # The app layer's parts that the web build uses.
