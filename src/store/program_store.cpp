@@ -83,6 +83,10 @@ std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view pa
   return StoreOf(p).ReadImage(StorePath(p, path));
 }
 
+std::shared_ptr<const ProfileIndex> ReadINIIndex(Program& p, std::string_view path) {
+  return StoreOf(p).ReadIndex(StorePath(p, path));
+}
+
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries) {
   std::string store = StorePath(p, path);
   bool written = StoreOf(p).WriteINIKeys(store, entries);
