@@ -89,6 +89,7 @@ TEST(QuestCheck, EachFixtureGivesItsOneFaultAndNothingElse) {
       {"media-missing", 1, {"3: error: Image names \"pics\\gold.bmp\", which cannot be found"}},
       {"beyond-page-count", 0,
        {"5: warning: the editor cannot reach this page: its list holds pages 1 to 4 (Number Of Pages)"}},
+      {"trap", 0, {"5: warning: trap: no page that ends the story can be reached from here, whatever items the player holds"}},
       {"line-break", 0,
        {"3: warning: the value of Page Text has a line break in the file: only the line before it is read, and "
         "\"The end.\" is lost"}},
