@@ -54,6 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string_view section = Take(in), key = Take(in), value = Take(in), text = in;
   if (fw::FindProfileValue(text, section, key).size() > fw::kMaxValueLength) std::abort();
   CheckSeekInBlocks(text, section, key, block);
+  // A read served from the file's image gives what a read of the file gives.
+  if (fw::ProfileIndex(std::string(text)).Value(section, key) != fw::FindProfileValue(text, section, key)) std::abort();
   std::string written = fw::SetProfileValue(text, section, key, value);
   bool plainValue = value.empty() || (Plain(value, std::string_view("\r\n", 2)) &&
                                       !(value.size() > 1 && (value[0] == '"' || value[0] == '\'') &&

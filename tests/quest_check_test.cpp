@@ -91,6 +91,7 @@ TEST(QuestCheck, EachFixtureGivesItsOneFaultAndNothingElse) {
        {"5: warning: the editor cannot reach this page: its list holds pages 1 to 4 (Number Of Pages)"}},
       {"undo-switch-unknown", 0,
        {"Story Info: warning: NoUndo \"yes\" is neither 1 nor 0: players may undo their steps"}},
+      {"trap", 0, {"5: warning: trap: no page that ends the story can be reached from here, whatever items the player holds"}},
       {"line-break", 0,
        {"3: warning: the value of Page Text has a line break in the file: only the line before it is read, and "
         "\"The end.\" is lost"}},

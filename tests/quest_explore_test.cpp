@@ -169,14 +169,47 @@ namespace fw {
 namespace {
 
 // A way to a page the quest does not have ends the game there: the explorer
-// shows it as a dead end, with the way to it.
-TEST(QuestExplore, MissingPageIsADeadEndWithItsWay) {
+// shows it as a dead end, with the way to it. A gate that only the key opens,
+// beside a wall that leads back to the gate, traps the player who walked on
+// without the key: the explorer shows the trap with the way into it.
+TEST(QuestExplore, DeadEndsAndTrapsWithTheirWays) {
   testing::TempDir dir;
-  std::string quest = dir.str() + "/gap.fbw";
-  std::ofstream(quest) << "[Quest Data]\nNumber Of Pages=1\n[1]\nOption One=Jump\nOption One Score=+2\n"
-                          "Option One Destination Page=44\n";
-  EXPECT_EQ(Explore({quest}), "States: 2\nPages reached (1): 1\nPages never reached (0): none\n"
-                              "Dead end at page 44: score 2\n  shortest way:\n    option 1 \"Jump\"\n");
+  const struct {
+    std::string quest;
+    const char* report;
+  } cases[] = {
+      {"[Quest Data]\nNumber Of Pages=1\n[1]\nOption One=Jump\nOption One Score=+2\nOption One Destination Page=44\n",
+       "States: 2\nPages reached (1): 1\nPages never reached (0): none\n"
+       "Dead end at page 44: score 2\n  shortest way:\n    option 1 \"Jump\"\n"},
+      {"[Quest Data]\nNumber Of Pages=3\n[1]\nOption One=Take the key\nOption One Destination Page=2\nKey Item1=Key\n"
+       "Add1=1\nOption Two=Walk on\nOption Two Destination Page=2\n[2]\nOption One=Open the gate\n"
+       "Option One Destination Page=3\nKey Item1=Key\nRequired1=1\nOption Two=Climb the wall\n"
+       "Option Two Score=0\nOption Two Destination Page=2\n[3]\nLocation=Beyond\n",
+       "States: 4\nPages reached (3): 1, 2, 3\nPages never reached (0): none\n"
+       "Ending at page 3: score 0\n  shortest way:\n    option 1 \"Take the key\"\n    option 1 \"Open the gate\"\n"
+       "Trap: 1 state from which no ending can be reached, going round pages 2\n"
+       "  shortest way in:\n    option 2 \"Walk on\"\n"},
+      // Each climb costs a point: the walk without the key never repeats a
+      // state, so the search stops at its bound and cannot tell a trap.
+      {"[Quest Data]\nNumber Of Pages=3\n[1]\nOption One=Take the key\nOption One Destination Page=2\nKey Item1=Key\n"
+       "Add1=1\nOption Two=Walk on\nOption Two Destination Page=2\n[2]\nOption One=Open the gate\n"
+       "Option One Destination Page=3\nKey Item1=Key\nRequired1=1\nOption Two=Climb the wall\n"
+       "Option Two Score=-1\nOption Two Destination Page=2\n[3]\nLocation=Beyond\n", nullptr},
+  };
+  for (const auto& c : cases) {
+    std::string quest = dir.str() + "/q.fbw";
+    std::ofstream(quest) << c.quest;
+    std::string report = Explore({quest, "--fights", "0", "--max-states", "40"});
+    if (c.report) {
+      EXPECT_EQ(report, c.report);
+      continue;
+    }
+    EXPECT_NE(report.find("bound reached"), std::string::npos) << report;
+    EXPECT_NE(report.find("Trap: 1 state from which no ending can be reached, going round pages 2\n"
+                          "  shortest way in:\n    option 2 \"Walk on\"\n"),
+              std::string::npos)
+        << report;
+  }
 }
 
 }  // namespace

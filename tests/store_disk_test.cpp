@@ -109,6 +109,92 @@ TEST_F(RealDisk, WritesGoToTheFileALinkNames) {
   EXPECT_TRUE(fs::is_symlink(root + "/b/dangling.fbw"));
 }
 
+// Another program rewrites the quest between two reads of this one, in each
+// way a file can change under a reader, both at once (within the timestamps'
+// tick) and once the read's image has settled: the next read sees it.
+TEST_F(RealDisk, AReadSeesEveryRewriteAnotherProgramMakes) {
+  std::string quest = root + "/q.fbw", other = root + "/other.fbw", link = root + "/link.fbw";
+  auto text = [](char v) { return std::string("[1]\r\nA=") + v + "\r\n"; };
+  struct Rewrite {
+    const char* how;
+    std::function<void(char)> write;
+  };
+  const Rewrite rewrites[] = {
+      {"safe write", [&](char v) { Put(other, text(v)), fs::rename(other, quest); }},
+      {"same size in place",
+       [&](char v) {
+         int fd = ::open(quest.c_str(), O_WRONLY);
+         std::string bytes = text(v);
+         EXPECT_EQ(::pwrite(fd, bytes.data(), bytes.size(), 0), static_cast<ssize_t>(bytes.size()));
+         ::close(fd);
+       }},
+      {"link swapped",
+       [&](char v) {
+         Put(other, text(v));
+         fs::create_symlink(other, link + ".new");
+         fs::rename(link + ".new", link);
+       }},
+  };
+  for (const Rewrite& r : rewrites)
+    for (int settle : {0, 30}) {
+      SCOPED_TRACE(std::string(r.how) + (settle ? ", settled" : ", at once"));
+      fs::remove(quest), fs::remove(link), fs::remove(other);
+      Put(quest, text('1'));
+      fs::create_symlink(quest, link);
+      std::string read = std::string(r.how) == "link swapped" ? link : quest;
+      std::this_thread::sleep_for(std::chrono::milliseconds(settle));
+      ASSERT_EQ(store.ReadINI(read, "1", "A"), "1");
+      ASSERT_EQ(store.ReadINI(read, "1", "A"), "1");
+      ASSERT_EQ(InChild([&] { return r.write('2'), 0; }), 0);
+      EXPECT_EQ(store.ReadINI(read, "1", "A"), "2");
+      EXPECT_EQ(store.ReadText(read), text('2'));
+    }
+}
+
+// A disk whose files all bear one stamp and whose clock is set by the test,
+// which counts the reads that reach it: a rewrite of the same size within the
+// stamp's tick, which no identity can tell, and a file long settled.
+struct StampedDisk : RealStoreDisk {
+  std::int64_t stamp = 1'000'000'000'000, now = stamp;
+  int reads = 0;
+  int Identify(const std::string& path, FileIdentity& id) override {
+    int error = RealStoreDisk::Identify(path, id);
+    id.modifiedNs = id.changedNs = stamp;
+    return error;
+  }
+  std::int64_t TimestampGranularityNs(const std::string&) override { return 2'000'000'000; }
+  std::int64_t NowNs() override { return now; }
+  int Read(const std::string& path, std::string& bytes, FileMeta* meta) override {
+    ++reads;
+    return RealStoreDisk::Read(path, bytes, meta);
+  }
+  int Scan(const std::string& path, const Looker& look) override {
+    ++reads;
+    return RealStoreDisk::Scan(path, look);
+  }
+};
+
+TEST_F(RealDisk, AnImageIsTrustedOnlyOnceItsFileIsOlderThanItsTimestampsTick) {
+  auto disk = std::make_shared<StampedDisk>();
+  QuestStore stamped(root, disk);
+  std::string quest = root + "/q.fbw";
+  Put(quest, "[1]\r\nA=1\r\n");
+  EXPECT_EQ(stamped.ReadINI(quest, "1", "A"), "1");
+  disk->now += 1'999'999'999;  // still within the tick: the bytes are read again
+  Put(quest, "[1]\r\nA=2\r\n");
+  EXPECT_EQ(stamped.ReadINI(quest, "1", "A"), "2");
+  disk->now += 1;  // settled: served from memory, the disk's bytes not read
+  EXPECT_EQ(stamped.ReadINI(quest, "1", "A"), "2");
+  int reads = disk->reads;
+  EXPECT_EQ(stamped.ReadINI(quest, "1", "B"), "");
+  EXPECT_EQ(stamped.ReadText(quest), "[1]\r\nA=2\r\n");
+  EXPECT_EQ(disk->reads, reads);
+  // The store's own write keeps its text, and is read back from the disk once while it is new.
+  stamped.WriteINI(quest, "1", "B", "3");
+  EXPECT_EQ(stamped.ReadINI(quest, "1", "B"), "3");
+  EXPECT_EQ(disk->reads, reads + 2);  // the write's own read, and the check of its bytes
+}
+
 TEST_F(RealDisk, WritersThroughALinkAndThroughThePathLoseNoKey) {
   fs::create_directories(root + "/a");
   fs::create_directories(root + "/b");

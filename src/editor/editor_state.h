@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "forms/controls.h"
+#include "store/profile_index.h"
 #include "store/store_disk.h"
 
 namespace fw {
@@ -45,7 +46,7 @@ struct EditorModule {
   bool recovered = false;
   // The working file's text while pg_Click reads a page: a write-back of the
   // value just read to the key it came from leaves the file as it is.
-  std::optional<std::string> pageRead;
+  std::shared_ptr<const ProfileIndex> pageRead;
 };
 
 // The working file's path for plain file operations: the per-user folder,

@@ -34,16 +34,17 @@ constexpr std::array kLateOrder = {"Text25", "Text26"};
 class PageRead {
  public:
   explicit PageRead(Program& p) : m_(p.Module<EditorModule>()), before_(std::move(m_.pageRead)) {
-    m_.pageRead = ReadINIText(p, kWorkingFile).value_or("");
+    m_.pageRead = ReadINIIndex(p, kWorkingFile);
+    if (!m_.pageRead) m_.pageRead = std::make_shared<const ProfileIndex>(std::string());
   }
   ~PageRead() { m_.pageRead = std::move(before_); }
   std::string operator()(std::string_view section, std::string_view key) const {
-    return std::string(FindProfileValue(*m_.pageRead, section, key));
+    return std::string(m_.pageRead->Value(section, key));
   }
 
  private:
   EditorModule& m_;
-  std::optional<std::string> before_;
+  std::shared_ptr<const ProfileIndex> before_;
 };
 
 void ReadTextBox(Program& p, const PageRead& read, const char* name, std::string_view section) {
@@ -63,13 +64,13 @@ void WriteField(Program& p, const char* control) {
 void WriteBound(Program& p, std::string_view section, std::string_view key, std::string_view value) {
   // An empty value may be a key that is missing yet, and is always written.
   const auto& pageRead = p.Module<EditorModule>().pageRead;
-  if (pageRead && !value.empty() && FindProfileValue(*pageRead, section, key) == value) return;
+  if (pageRead && !value.empty() && pageRead->Value(section, key) == value) return;
   WriteINI(p, kWorkingFile, section, key, value);
 }
 
 std::string ReadBound(Program& p, std::string_view section, std::string_view key) {
   const auto& pageRead = p.Module<EditorModule>().pageRead;
-  if (pageRead) return std::string(FindProfileValue(*pageRead, section, key));
+  if (pageRead) return std::string(pageRead->Value(section, key));
   return ReadINI(p, kWorkingFile, section, key);
 }
 

@@ -126,6 +126,38 @@ struct Checker {
       Add(page.name, Level::Warning, "dead end: none of its options can ever show, and there is no battle");
   }
 
+  // Reachable pages from which the links, gating ignored, reach no page that
+  // ends the story: a player there can only go round. A link to a page the
+  // quest lacks ends on an empty page, so it counts as a way out.
+  void Traps() {
+    std::size_t n = g.pages.size();
+    std::vector<std::vector<int>> back(n);
+    std::vector<int> queue;
+    std::vector<char> out(n, 0);
+    for (std::size_t i = 0; i < n; ++i) {
+      const PageNode& page = g.pages[i];
+      bool end = page.options.empty() && !page.battle;
+      for (const OptionLink& o : page.options) {
+        if (o.text.empty()) continue;
+        if (o.target < 0) end = true;
+        else back[o.target].push_back(static_cast<int>(i));
+      }
+      for (const BattleExit& e : page.exits) {
+        if (!e.open) continue;
+        if (e.target < 0) end = true;
+        else back[e.target].push_back(static_cast<int>(i));
+      }
+      if (end) out[i] = 1, queue.push_back(static_cast<int>(i));
+    }
+    for (std::size_t q = 0; q < queue.size(); ++q)
+      for (int from : back[queue[q]])
+        if (!out[from]) out[from] = 1, queue.push_back(from);
+    for (std::size_t i = 0; i < n; ++i)
+      if (g.pages[i].reachable && !out[i] && !g.pages[i].deadEnd)
+        Add(g.pages[i].name, Level::Warning,
+            "trap: no page that ends the story can be reached from here, whatever items the player holds");
+  }
+
   // The editor lists pages "1" to Number Of Pages and nothing else.
   void EditorReach() {
     std::string count(g.image->Value("Quest Data", "Number Of Pages"));
@@ -198,6 +230,7 @@ std::vector<Finding> CheckQuestGraph(Program& p, const QuestGraph& graph, std::s
   c.EditorReach();
   c.UndoSwitch();
   c.LineBreaks();
+  c.Traps();
   for (const PageNode& page : graph.pages) {
     c.Reach(page);
     c.Options(page);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <set>
 #include <deque>
 #include <random>
 #include <unordered_map>
@@ -133,6 +135,8 @@ struct Node {
   Snapshot snap;
   int parent = -1;
   std::string via;
+  std::vector<int> next;  // every state a move leads to, those met before included
+  bool open = false;      // a move's state was left out at the bound, or the node never played
 };
 
 // Walks back from a node to the start: the choices in the order made.
@@ -210,28 +214,126 @@ void Balance(Program& p, const Tally& tally, const ExploreOptions& o, ExploreRep
     }
 }
 
+// The root of a group in a union of groups.
+int Root(std::vector<int>& up, int i) {
+  while (up[i] != i) i = up[i] = up[up[i]];
+  return i;
+}
+
+// What decides the moves of a state: its page and the items held. The
+// score never does, so states that differ only by it go the same ways.
+std::string WayKey(const Snapshot& s) {
+  Snapshot unscored = s;
+  unscored.score.clear();
+  return StateKey(unscored);
+}
+
+// The ways between states told apart by page and items, as the search met
+// them: a way's moves are known once one state of it was played to the end.
+struct Ways {
+  std::vector<int> of;                  // node -> way
+  std::vector<int> first;               // way -> its first node (the shortest run)
+  std::vector<std::set<int>> next;      // way -> ways its moves lead to
+  std::vector<char> known, stuck;       // played to the end; with no move
+
+  explicit Ways(const std::vector<Node>& nodes) : of(nodes.size()) {
+    std::unordered_map<std::string, int> ids;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      auto [it, fresh] = ids.try_emplace(WayKey(nodes[i].snap), static_cast<int>(first.size()));
+      if (fresh) first.push_back(static_cast<int>(i)), next.emplace_back(), known.push_back(0), stuck.push_back(0);
+      of[i] = it->second;
+    }
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      if (nodes[i].open) continue;
+      int w = of[i];
+      known[w] = 1;
+      stuck[w] |= nodes[i].next.empty();
+      for (int to : nodes[i].next) next[w].insert(of[to]);
+    }
+  }
+};
+
+// The ways that lead to no state without moves (nor to one the search left
+// unplayed), grouped by the moves between them and by the pages they go round.
+std::vector<ExploreReport::Trap> Traps(const std::vector<Node>& nodes, const QuestGraph& graph) {
+  Ways ways(nodes);
+  std::size_t n = ways.first.size();
+  std::vector<std::vector<int>> back(n);
+  std::vector<int> queue;
+  std::vector<char> escapes(n, 0);
+  for (std::size_t w = 0; w < n; ++w) {
+    for (int to : ways.next[w]) back[to].push_back(static_cast<int>(w));
+    if (!ways.known[w] || ways.stuck[w]) escapes[w] = 1, queue.push_back(static_cast<int>(w));
+  }
+  for (std::size_t q = 0; q < queue.size(); ++q)
+    for (int from : back[queue[q]])
+      if (!escapes[from]) escapes[from] = 1, queue.push_back(from);
+  std::vector<int> up(n);
+  for (std::size_t w = 0; w < n; ++w) up[w] = static_cast<int>(w);
+  for (std::size_t w = 0; w < n; ++w)
+    if (!escapes[w])
+      for (int to : ways.next[w]) up[Root(up, static_cast<int>(w))] = Root(up, to);
+  // Ways are numbered in breadth-first order: a group's first has its shortest way in.
+  std::map<int, ExploreReport::Trap> groups;
+  std::map<int, std::set<int>> pages;
+  std::vector<int> order;
+  for (std::size_t w = 0; w < n; ++w) {
+    if (escapes[w]) continue;
+    int root = Root(up, static_cast<int>(w));
+    auto [it, fresh] = groups.try_emplace(root);
+    if (fresh) it->second.path = PathTo(nodes, ways.first[w]), order.push_back(root);
+    ++it->second.states;
+    pages[root].insert(graph.PageIndex(nodes[ways.first[w]].snap.pg));
+  }
+  // Groups that go round the same pages (with other items or scores) are one trap.
+  std::vector<ExploreReport::Trap> traps;
+  std::map<std::set<int>, std::size_t> byPages;
+  for (int root : order) {
+    auto [it, fresh] = byPages.try_emplace(pages[root], traps.size());
+    if (!fresh) {
+      traps[it->second].states += groups[root].states;
+      continue;
+    }
+    ExploreReport::Trap trap = std::move(groups[root]);
+    for (int page : pages[root])
+      if (page >= 0) trap.pages.push_back(graph.pages[page].name);
+    traps.push_back(std::move(trap));
+  }
+  return traps;
+}
+
 ExploreReport Search(Program& p, Tally& tally, const Snapshot& start, const ExploreOptions& o) {
   std::vector<Node> nodes{{start, -1, ""}};
   std::unordered_map<std::string, int> seen{{StateKey(start), 0}};
   bool bounded = false;
-  for (std::size_t at = 0; at < nodes.size() && !Stopped(o); ++at) {
+  std::size_t at = 0;
+  for (; at < nodes.size() && !Stopped(o); ++at) {
     Snapshot here = nodes[at].snap;
     std::vector<Move> moves = MovesOf(p, here);
     tally.See(nodes, static_cast<int>(at), moves.empty());
     for (const Move& move : moves) {
       Snapshot next = Play(p, here, move);
-      if (!seen.try_emplace(StateKey(next), static_cast<int>(nodes.size())).second) continue;
-      if (nodes.size() >= o.maxStates) {
-        bounded = true;
+      auto [it, fresh] = seen.try_emplace(StateKey(next), static_cast<int>(nodes.size()));
+      if (!fresh) {
+        nodes[at].next.push_back(it->second);
         continue;
       }
-      nodes.push_back({std::move(next), static_cast<int>(at), move.label});
+      if (nodes.size() >= o.maxStates) {
+        seen.erase(it);
+        bounded = true;
+        nodes[at].open = true;
+        continue;
+      }
+      nodes[at].next.push_back(static_cast<int>(nodes.size()));
+      nodes.push_back({std::move(next), static_cast<int>(at), move.label, {}, false});
     }
     if (o.progress && at % 1000 == 999) o.progress(nodes.size(), o.maxStates);
   }
+  for (; at < nodes.size(); ++at) nodes[at].open = true;  // a run stopped midway
   ExploreReport r = tally.Report();
   r.states = nodes.size();
   r.bounded = bounded;
+  r.traps = Traps(nodes, tally.graph);
   return r;
 }
 
@@ -295,6 +397,14 @@ std::string ExploreReportText(const ExploreReport& r) {
     out += "  shortest way:";
     if (end.path.empty()) out += " (the first page)";
     for (const std::string& step : end.path) out += "\n    " + Utf8FromCp1252(step);
+    out += "\n";
+  }
+  for (const ExploreReport::Trap& trap : r.traps) {
+    out += "Trap: " + std::to_string(trap.states) + (trap.states == 1 ? " state" : " states") +
+           " from which no ending can be reached, going round pages " + list(trap.pages) + "\n";
+    out += "  shortest way in:";
+    if (trap.path.empty()) out += " (the first page)";
+    for (const std::string& step : trap.path) out += "\n    " + Utf8FromCp1252(step);
     out += "\n";
   }
   for (const auto& [page, arrivals] : r.battles) {

@@ -47,6 +47,17 @@ struct ExploreReport {
     std::vector<std::string> path; // the shortest run of choices found
   };
   std::vector<End> ends;           // endings and dead ends, file order
+  // Reachable states from which no state without a choice (an ending or a
+  // dead end) can be reached: the player can only go round. States here are
+  // told apart by page and items alone, since the score never changes which
+  // choices there are, so a loop that only moves the score is found however
+  // far the search went. One per set of pages gone round.
+  struct Trap {
+    std::vector<std::string> path;   // the shortest run of choices into it
+    std::vector<std::string> pages;  // the pages it goes round, file order
+    std::size_t states = 0;          // told apart by page and items
+  };
+  std::vector<Trap> traps;
   std::map<std::string, std::size_t> battles;  // battle page -> arrivals (states)
   std::vector<FightOdds> balance;  // per battle page and hit points on arrival
 };

@@ -1,5 +1,6 @@
-// Reading and writing profile files on disk. Every call opens the file
-// afresh; a write replaces the file in one step under a lock on its folder.
+// Reading and writing profile files on disk. A read is served from the
+// file's image while the file is unchanged; a write replaces the file in one
+// step under a lock on its folder, and the image follows it.
 #include <algorithm>
 #include <cerrno>
 #include <utility>
@@ -51,6 +52,8 @@ std::string QuestStore::ReadINI(std::string_view path, std::string_view section,
 std::optional<std::string> QuestStore::TryReadINI(std::string_view path, std::string_view section,
                                                   std::string_view key) const {
   if (path.empty()) return std::nullopt;
+  std::string host = Resolve(path);
+  if (auto image = images_->Get(*disk_, host)) return std::string(image->Value(UpToNul(section), UpToNul(key)));
   // The read stops at the value's line: a key near the top of a long quest
   // costs a small part of a read of the whole file.
   ProfileSeek seek(UpToNul(section), UpToNul(key));
@@ -63,14 +66,30 @@ std::optional<std::string> QuestStore::TryReadINI(std::string_view path, std::st
     letGo = seek.letGo();
     return false;
   };
-  if (disk_->Scan(Resolve(path), look) != 0) return std::nullopt;
+  if (disk_->Scan(host, look) != 0) return std::nullopt;
   return value;
 }
 
 std::shared_ptr<const ProfileImage> QuestStore::ReadImage(std::string_view path) const {
-  std::string text;
-  if (path.empty() || disk_->Read(Resolve(path), text, nullptr) != 0) return nullptr;
-  return MakeProfileImage(std::move(text));
+  std::optional<std::string> text = ReadText(path);
+  if (!text) return nullptr;
+  return MakeProfileImage(std::move(*text));
+}
+
+std::shared_ptr<const ProfileIndex> QuestStore::ReadIndex(std::string_view path) const {
+  if (path.empty()) return nullptr;
+  std::string host = Resolve(path), text;
+  if (auto image = images_->Get(*disk_, host)) return image;
+  if (disk_->Read(host, text, nullptr) != 0) return nullptr;
+  return std::make_shared<const ProfileIndex>(std::move(text));
+}
+
+bool QuestStore::Rewrite(const std::string& host, const std::function<bool(std::string&)>& edit) const {
+  std::optional<std::string> written;
+  bool done = RewriteFile(*disk_, host, edit, written);
+  if (done && written) images_->Wrote(*disk_, host, std::move(*written));
+  else if (!done) images_->Forget(host);
+  return done;
 }
 
 void QuestStore::WriteINI(std::string_view path, std::string_view section, std::string_view key,
@@ -82,12 +101,14 @@ void QuestStore::WriteINI(std::string_view path, std::string_view section, std::
 bool QuestStore::WriteINIKeys(std::string_view path, std::span<const Entry> entries) const {
   if (std::none_of(entries.begin(), entries.end(), Named)) return true;
   if (path.empty()) return false;
-  return RewriteFile(*disk_, Resolve(path), [&](std::string& text) { return WriteEntries(text, entries); });
+  return Rewrite(Resolve(path), [&](std::string& text) { return WriteEntries(text, entries); });
 }
 
 std::optional<std::string> QuestStore::ReadText(std::string_view path) const {
-  std::string text;
-  if (path.empty() || disk_->Read(Resolve(path), text, nullptr) != 0) return std::nullopt;
+  if (path.empty()) return std::nullopt;
+  std::string host = Resolve(path), text;
+  if (auto image = images_->Get(*disk_, host)) return image->text();
+  if (disk_->Read(host, text, nullptr) != 0) return std::nullopt;
   return text;
 }
 
@@ -98,14 +119,19 @@ bool QuestStore::DeleteSection(std::string_view path, std::string_view section) 
   std::string host = Resolve(path), text;
   // A missing file has no section to take, and is not made.
   if (disk_->Read(host, text, nullptr) == ENOENT) return true;
-  return RewriteFile(*disk_, host, [&](std::string& text) { return Replace(text, RemoveProfileSection(text, section)); });
+  return Rewrite(host, [&](std::string& text) { return Replace(text, RemoveProfileSection(text, section)); });
 }
 
 bool QuestStore::CopyFile(std::string_view from, std::string_view to) const {
   if (from.empty() || to.empty()) return false;
   std::string text;
   if (disk_->Read(Resolve(from), text, nullptr) != 0) return false;
-  return RewriteFile(*disk_, Resolve(to), [&](std::string& old) { return Replace(old, text); });
+  // The copy is taken over whole, not copied again: a long quest is held once.
+  return Rewrite(Resolve(to), [&](std::string& old) {
+    if (old == text) return false;
+    old = std::move(text);
+    return true;
+  });
 }
 
 bool QuestStore::WriteText(std::string_view path, std::string_view text) const {
@@ -149,6 +175,7 @@ bool QuestStore::KeepBackup(std::string_view path, const std::string& folder, st
   auto taken = [&](const std::string& n) { return std::find(names.begin(), names.end(), n) != names.end(); };
   std::string copy = stem + " " + std::string(stamp) + ext;
   for (int n = 2; taken(copy); ++n) copy = stem + " " + std::string(stamp) + " (" + std::to_string(n) + ")" + ext;
+  // A kept copy is not read again: it needs no image.
   if (!RewriteFile(*disk_, PathIn(folder, copy), [&](std::string& old) { return Replace(old, text); })) return false;
   names.push_back(copy);
   std::vector<std::pair<std::pair<std::string, int>, std::string>> kept;

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -6,14 +7,18 @@
 #include <string_view>
 #include <vector>
 
+#include "store/image_cache.h"
 #include "store/profile_image.h"
+#include "store/profile_index.h"
 #include "store/store_disk.h"
 
 namespace fw {
 
 // The quest store: profile files ("[section]" and "key=value" lines), read and
-// written key by key. Nothing is cached: every call opens the file afresh, so a
-// test play sees every write the editor made a moment before.
+// written key by key. A read is served from an image of the file kept in
+// memory only while the file is provably the one the image was made of (see
+// ImageCache), so a test play sees every write the editor made a moment
+// before, and a read sees every write any other program made.
 class QuestStore {
  public:
   // userDir: the folder (UTF-8, host form) that a bare file name means.
@@ -33,6 +38,13 @@ class QuestStore {
   // The whole file read once, for a tool that looks at all of it; null when
   // it cannot be read, as TryReadINI fails.
   std::shared_ptr<const ProfileImage> ReadImage(std::string_view path) const;
+
+  // The file's text indexed by section, as reads see it (kept while the file
+  // is unchanged); null when it cannot be read, as TryReadINI fails.
+  std::shared_ptr<const ProfileIndex> ReadIndex(std::string_view path) const;
+
+  // The bytes the images of the files read take.
+  std::size_t ImageMemoryBytes() const { return images_->MemoryBytes(); }
 
   // Writes the key; silent when it cannot. Atomic: the file on disk is the old
   // one or the new one, never a torn mix.
@@ -84,8 +96,12 @@ class QuestStore {
   const std::string& userDir() const { return userDir_; }
 
  private:
+  // A rewrite of the file through the store, whose new text the images keep.
+  bool Rewrite(const std::string& host, const std::function<bool(std::string&)>& edit) const;
+
   std::string userDir_;
   std::shared_ptr<StoreDisk> disk_;
+  std::shared_ptr<ImageCache> images_ = std::make_shared<ImageCache>();
 };
 
 // The grammar on a file's bytes, for the store, the fuzzer and the benchmarks.

@@ -90,6 +90,10 @@ std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view pa
   return StoreOf(p).ReadImage(StorePath(p, path));
 }
 
+std::shared_ptr<const ProfileIndex> ReadINIIndex(Program& p, std::string_view path) {
+  return StoreOf(p).ReadIndex(StorePath(p, path));
+}
+
 bool WriteINIKeys(Program& p, std::string_view path, std::span<const QuestStore::Entry> entries) {
   BeforeWrite(p, path);
   std::string store = StorePath(p, path);

@@ -20,6 +20,9 @@ void WriteINI(Program& p, std::string_view path, std::string_view section, std::
               std::string_view value);
 // The whole profile file as one image, null when it cannot be read.
 std::shared_ptr<const ProfileImage> ReadINIImage(Program& p, std::string_view path);
+// The file's text indexed by section, kept while the file is unchanged; null
+// when it cannot be read.
+std::shared_ptr<const ProfileIndex> ReadINIIndex(Program& p, std::string_view path);
 // While a tool plays a file that nothing else changes, its reads may come
 // from one image of it in memory instead of the disk at every read; a write
 // through these functions still goes to the disk, and the image follows it.

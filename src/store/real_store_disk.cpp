@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -63,6 +65,56 @@ int StoreDisk::Scan(const std::string& path, const Looker& look) {
   std::size_t letGo = 0;
   look(bytes, true, letGo);
   return 0;
+}
+
+int StoreDisk::Identify(const std::string&, FileIdentity&) { return ENOSYS; }
+
+std::int64_t StoreDisk::TimestampGranularityNs(const std::string&) { return 2'000'000'000; }
+
+std::int64_t StoreDisk::NowNs() { return 0; }
+
+namespace {
+
+std::int64_t Ns(const timespec& t) { return static_cast<std::int64_t>(t.tv_sec) * 1'000'000'000 + t.tv_nsec; }
+
+// How finely a file system stamps its files. Those with nanosecond stamps
+// take them from the kernel's coarse clock, which moves once a timer tick
+// (at most 10 ms); any other is taken at 2 s, the coarsest there is (FAT).
+std::int64_t GranularityOf(const struct statfs& fs) {
+  constexpr std::int64_t kTickBound = 20'000'000, kUnknown = 2'000'000'000;
+  switch (static_cast<unsigned long>(fs.f_type)) {
+    case 0xEF53:      // ext2, ext3, ext4
+    case 0x58465342:  // xfs
+    case 0x9123683E:  // btrfs
+    case 0x01021994:  // tmpfs
+    case 0x794C7630:  // overlayfs
+    case 0xF2F52010:  // f2fs
+      return kTickBound;
+    default:
+      return kUnknown;
+  }
+}
+
+}  // namespace
+
+int RealStoreDisk::Identify(const std::string& path, FileIdentity& id) {
+  struct stat st;
+  if (::stat(path.c_str(), &st) != 0) return errno;
+  if (!S_ISREG(st.st_mode)) return EINVAL;
+  id = {static_cast<std::uint64_t>(st.st_dev), static_cast<std::uint64_t>(st.st_ino),
+        static_cast<std::uint64_t>(st.st_size), Ns(st.st_mtim), Ns(st.st_ctim)};
+  return 0;
+}
+
+std::int64_t RealStoreDisk::TimestampGranularityNs(const std::string& path) {
+  struct statfs fs;
+  return ::statfs(path.c_str(), &fs) == 0 ? GranularityOf(fs) : StoreDisk::TimestampGranularityNs(path);
+}
+
+std::int64_t RealStoreDisk::NowNs() {
+  timespec now;
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  return Ns(now);
 }
 
 int RealStoreDisk::Locate(const std::string& path, std::string& real) {

@@ -56,6 +56,11 @@ bool RewriteInPlace(StoreDisk& disk, const std::string& real, std::string_view o
 }  // namespace
 
 bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit) {
+  std::optional<std::string> written;
+  return RewriteFile(disk, path, edit, written);
+}
+
+bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit, std::optional<std::string>& written) {
   std::string real;
   if (disk.Locate(path, real) != 0) return false;
   // The lock is on the folder: a rename replaces the file, not its folder.
@@ -72,11 +77,15 @@ bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit)
   // A rename would replace a file whatever its mode says.
   if (exists && disk.CheckWritable(real) != 0) return false;
   Outcome outcome = ReplaceWithNewFile(disk, real, text, exists ? &meta : nullptr);
-  if (outcome != Outcome::kFolderRefuses || !exists) return outcome == Outcome::kDone;
-  // The old text again, for the rare writer whose folder takes no new file;
-  // the folder's lock keeps the other writers out meanwhile.
-  std::string old;
-  return disk.Read(real, old, nullptr) == 0 && RewriteInPlace(disk, real, old, text);
+  bool done = outcome == Outcome::kDone;
+  if (outcome == Outcome::kFolderRefuses && exists) {
+    // The old text again, for the rare writer whose folder takes no new file;
+    // the folder's lock keeps the other writers out meanwhile.
+    std::string old;
+    done = disk.Read(real, old, nullptr) == 0 && RewriteInPlace(disk, real, old, text);
+  }
+  if (done) written = std::move(text);
+  return done;
 }
 
 }  // namespace fw

@@ -1,5 +1,6 @@
 #pragma once
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,8 @@ using TextEdit = std::function<bool(std::string& text)>;
 // cannot be read, when its permissions forbid writing, or when the new text
 // could not be written whole.
 bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit);
+// The same, giving the text written to `written` when the file was rewritten
+// (left as it was otherwise), so that a caller that keeps it need not copy it.
+bool RewriteFile(StoreDisk& disk, const std::string& path, const TextEdit& edit, std::optional<std::string>& written);
 
 }  // namespace fw

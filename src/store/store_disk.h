@@ -1,5 +1,6 @@
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,6 +13,16 @@ namespace fw {
 struct FileMeta {
   unsigned mode = 0;  // permission bits
   unsigned uid = 0, gid = 0;
+};
+
+// Who a file is and how it stands: a file rewritten by any program, in any
+// way, differs in one of these afterwards, but for a write of the same size
+// within the timestamps' granularity of the last one, which a reader must
+// check by the bytes.
+struct FileIdentity {
+  std::uint64_t device = 0, inode = 0, size = 0;
+  std::int64_t modifiedNs = 0, changedNs = 0;
+  bool operator==(const FileIdentity&) const = default;
 };
 
 // The file operations the quest store is made of, one platform call or a
@@ -83,6 +94,15 @@ class StoreDisk {
   // Makes a folder; 0 when it is there afterwards.
   virtual int MakeFolder(const std::string& path) = 0;
 
+  // The identity of the regular file a path names (links followed). This
+  // one knows no identities (ENOSYS), so nothing read from it is kept.
+  virtual int Identify(const std::string& path, FileIdentity& id);
+  // How finely the file system that holds the file stamps its times, in
+  // nanoseconds; 2 s, the coarsest there is, where unknown.
+  virtual std::int64_t TimestampGranularityNs(const std::string& path);
+  // The time now, on the clock the file system stamps files by.
+  virtual std::int64_t NowNs();
+
   // An exclusive lock on a lock file (made when missing), not waited for:
   // EWOULDBLOCK when another holder has it. Held while `lock` lives, and
   // never longer than the process.
@@ -112,6 +132,9 @@ class RealStoreDisk : public StoreDisk {
   int Remove(const std::string& path) override;
   void SyncFolder(const std::string& folder) override;
   int MakeFolder(const std::string& path) override;
+  int Identify(const std::string& path, FileIdentity& id) override;
+  std::int64_t TimestampGranularityNs(const std::string& path) override;
+  std::int64_t NowNs() override;
   int TryLockFile(const std::string& path, std::unique_ptr<Lock>& lock) override;
 };
 
