@@ -3,6 +3,7 @@
 // whole-file image, so that both read a file alike.
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 namespace fw::profile_grammar {
@@ -22,6 +23,13 @@ inline std::string_view Trim(std::string_view s) {
 
 // ASCII letters folded to lower case, as section and key lookups compare them.
 inline char FoldAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
+
+// The name with its ASCII letters in lower case, as names are compared.
+inline std::string Folded(std::string_view s) {
+  std::string out(s);
+  for (char& c : out) c = FoldAscii(c);
+  return out;
+}
 
 inline bool SameNoCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;

@@ -8,12 +8,6 @@ namespace {
 
 using namespace profile_grammar;
 
-std::string Folded(std::string_view s) {
-  std::string out(s);
-  for (char& c : out) c = FoldAscii(c);
-  return out;
-}
-
 // A header's name: behind its "[", up to the first "]" or the line's end.
 std::string_view HeaderName(std::string_view line) {
   std::string_view rest = line.substr(line.find('[') + 1);

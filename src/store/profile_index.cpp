@@ -10,12 +10,6 @@ namespace {
 
 using namespace profile_grammar;
 
-std::string Folded(std::string_view s) {
-  std::string out(s);
-  for (char& c : out) c = FoldAscii(c);
-  return out;
-}
-
 // A name that a header can match only as FindProfileValue matches it, not
 // by the index: one with a "]" or a line break inside, or blanks at an end.
 bool PlainName(std::string_view name) {
